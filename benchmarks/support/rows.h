@@ -1,0 +1,22 @@
+// Rows of a benchmark program, named family/implementation/size. Our own implementation runs once for each variant
+// asked for (ZEP_BENCH_VARIANTS=e9,y8; the machine's best by default) as zep_<tag>.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zep::bench {
+
+using Body = std::function<void(benchmark::State&)>;
+
+// A row of a peer.
+void addPeer(const std::string& family, const std::string& peer, std::int64_t size, Body body);
+
+// A row of ours for each variant asked for; the body runs with that variant's index.
+void addOurs(const std::string& family, std::int64_t size, Body body);
+
+}  // namespace zep::bench

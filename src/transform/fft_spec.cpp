@@ -1,0 +1,149 @@
+#include "transform/fft_spec.h"
+
+#include "core/checks.h"
+#include "simd/reciprocal_root.h"
+#include "transform/fft_tuning.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+constexpr int kMaxOrderAnyKind = 30;
+constexpr int kSmallSineOrder = 10;  // up to here the sines are a constant table
+
+constexpr int maxOrder(FftKind kind) { return kind == FftKind::Complex ? 28 : 29; }
+
+constexpr std::size_t roundUp(std::size_t bytes) {
+    return (bytes + kFftAlignment - 1) & ~std::size_t{kFftAlignment - 1};
+}
+
+constexpr bool validFlag(int flag) { return flag == 1 || flag == 2 || flag == 4 || flag == 8; }
+
+// A long transform needs room for one block or for one tile of columns, whichever is larger, at
+// every level, and its bit reversal for two tiles.
+constexpr std::size_t complexScratch(int order) {
+    if (order <= Tuning::directMaxOrder) return 0;
+    if (order <= Tuning::blockMaxOrder) return std::size_t{8} << order;
+    std::size_t bytes =
+        order >= Tuning::tiledFromOrder ? std::size_t{16} << 2 * Tuning::tileOrder : 0;
+    int rest = order;
+    while (rest > Tuning::blockMaxOrder) {
+        const FftSplit split = Tuning::split(rest);
+        const std::size_t tile = std::size_t{8} << split.t;
+        if (tile > bytes) bytes = tile;
+        rest -= split.r;
+    }
+    const std::size_t block = std::size_t{8} << rest;
+    return block > bytes ? block : bytes;
+}
+
+constexpr std::size_t scratchBytes(FftKind kind, int order) {
+    if (kind == FftKind::Complex) return complexScratch(order);
+    return order >= 5 ? complexScratch(order - 1) : 0;
+}
+
+void decodeFlag(FftObject& spec, FftKind kind, int flag) {
+    spec.magic = static_cast<std::int32_t>(kind);
+    const float length = static_cast<float>(std::int64_t{1} << spec.order);
+    spec.scaleForward = flag == ZEP_FFT_SCALE_FWD || flag == ZEP_FFT_SCALE_SQRT;
+    spec.scaleInverse = flag == ZEP_FFT_SCALE_INV || flag == ZEP_FFT_SCALE_SQRT;
+    if (flag == ZEP_FFT_SCALE_SQRT)
+        spec.scale = simd::refinedReciprocalRoot(length);
+    else if (flag != ZEP_FFT_SCALE_NONE)
+        spec.scale = 1.0f / length;
+}
+
+template <FftKind kKind, class Spec>
+ZepStatus initAlloc(Spec** ppSpec, int order, int flag, int hint) {
+    if (ppSpec == nullptr) return zepStsNullPtrErr;
+    FftSizes sizes{};
+    if (const ZepStatus s = FFTGetSize(kKind, order, flag, hint, &sizes); s != zepStsNoErr)
+        return s;
+    void* memory = zepMalloc(static_cast<int>(sizes.object));
+    if (memory == nullptr) return zepStsMemAllocErr;
+    void* temporary = nullptr;
+    if (sizes.temporary > 0) {
+        temporary = zepMalloc(static_cast<int>(sizes.temporary));
+        if (temporary == nullptr) {
+            zepFree(memory);
+            return zepStsMemAllocErr;
+        }
+    }
+    FftObject* object = nullptr;
+    const ZepStatus status = FFTInit(kKind, &object, order, flag, hint, memory, temporary);
+    zepFree(temporary);
+    if (status != zepStsNoErr) {
+        zepFree(memory);
+        return status;
+    }
+    object->ownsMemory = 1;
+    *ppSpec = static_cast<Spec*>(object);
+    return zepStsNoErr;
+}
+
+template <FftKind kKind, class Spec>
+ZepStatus release(Spec* pSpec) {
+    if (pSpec == nullptr) return zepStsNullPtrErr;
+    if (pSpec->magic != static_cast<std::int32_t>(kKind)) return zepStsContextMatchErr;
+    pSpec->magic = 0;
+    // The allocator's blocks begin on 32-byte boundaries, so the object begins where its block
+    // does.
+    if (pSpec->ownsMemory == 1) zepFree(pSpec);
+    return zepStsNoErr;
+}
+
+template <FftKind kKind, class Spec>
+ZepStatus bufSize(const Spec* pSpec, int* pBufSize) {
+    if (anyNull(pSpec, pBufSize)) return zepStsNullPtrErr;
+    if (pSpec->magic != static_cast<std::int32_t>(kKind)) return zepStsContextMatchErr;
+    *pBufSize = pSpec->workSize > 0 ? pSpec->workSize + kFftAlignment : 0;
+    return zepStsNoErr;
+}
+
+}  // namespace
+
+ZepStatus FFTGetSize(FftKind kind, int order, int flag, int, FftSizes* sizes) {
+    if (order < 0 || order > kMaxOrderAnyKind) return zepStsFftOrderErr;
+    if (sizes == nullptr) return zepStsNullPtrErr;
+    if (!validFlag(flag)) return zepStsFftFlagErr;
+    if (order > maxOrder(kind)) return zepStsFftOrderErr;
+    sizes->object = roundUp(sizeof(FftObject)) + kFftAlignment;
+    sizes->temporary =
+        order > kSmallSineOrder ? roundUp(((std::size_t{1} << order) / 4 + 1) * 4) + 32 : 0;
+    sizes->scratch = roundUp(scratchBytes(kind, order));
+    return zepStsNoErr;
+}
+
+ZepStatus FFTInit(FftKind kind, FftObject** object, int order, int flag, int hint, void* memory,
+                  void* temporary) {
+    if (anyNull(object, memory)) return zepStsNullPtrErr;
+    FftSizes sizes{};
+    if (const ZepStatus s = FFTGetSize(kind, order, flag, hint, &sizes); s != zepStsNoErr) return s;
+    if (sizes.temporary > 0 && temporary == nullptr) return zepStsNullPtrErr;
+    FftObject* spec = alignUp(static_cast<FftObject*>(memory));
+    *spec = FftObject{};
+    spec->order = order;
+    spec->hint = hint;
+    decodeFlag(*spec, kind, flag);
+    spec->workSize = static_cast<std::int32_t>(sizes.scratch);
+    *object = spec;
+    return zepStsNoErr;
+}
+
+ZepStatus zepsFFTInitAlloc_C_32fc(FFTSpecC32fc** ppSpec, int order, int flag, int hint) {
+    return initAlloc<FftKind::Complex>(ppSpec, order, flag, hint);
+}
+ZepStatus zepsFFTInitAlloc_R_32f(FFTSpecR32f** ppSpec, int order, int flag, int hint) {
+    return initAlloc<FftKind::Real>(ppSpec, order, flag, hint);
+}
+
+ZepStatus zepsFFTFree_C_32fc(FFTSpecC32fc* pSpec) { return release<FftKind::Complex>(pSpec); }
+ZepStatus zepsFFTFree_R_32f(FFTSpecR32f* pSpec) { return release<FftKind::Real>(pSpec); }
+
+ZepStatus zepsFFTGetBufSize_C_32fc(const FFTSpecC32fc* pSpec, int* pBufSize) {
+    return bufSize<FftKind::Complex>(pSpec, pBufSize);
+}
+ZepStatus zepsFFTGetBufSize_R_32f(const FFTSpecR32f* pSpec, int* pBufSize) {
+    return bufSize<FftKind::Real>(pSpec, pBufSize);
+}
+
+}  // namespace zep::ZEP_VARIANT

@@ -1,0 +1,51 @@
+// Moves between areas that may overlap. Where the destination starts inside the source the block is
+// moved from its end, otherwise from its start.
+#include "core/variant_exports.h"
+#include "vector/block_move.h"
+#include "vector/byte_count.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+[[gnu::noinline]] void moveLarge(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
+    // Unsigned: a destination below the source is far above it.
+    const std::size_t distance =
+        reinterpret_cast<std::uintptr_t>(dst) - reinterpret_cast<std::uintptr_t>(src);
+    if (distance == 0) return;
+    if (distance < bytes)
+        moveDescending(dst, src, bytes);
+    else
+        moveAscending(dst, src, bytes);
+}
+
+template <class T>
+ZepStatus checkedMove(const T* pSrc, T* pDst, int len) {
+    const auto move = [=](std::int32_t count) {
+        auto* dst = reinterpret_cast<std::uint8_t*>(pDst);
+        const auto* src = reinterpret_cast<const std::uint8_t*>(pSrc);
+        const auto bytes = static_cast<std::size_t>(count);
+        if (bytes <= kSmallMove) return moveSmall(dst, src, bytes);
+        moveLarge(dst, src, bytes);
+    };
+    return withByteCount<T>(len, move, pSrc, pDst);
+}
+
+}  // namespace
+
+ZepStatus zepsMove_8u(const Zep8u* pSrc, Zep8u* pDst, int len) {
+    return checkedMove(pSrc, pDst, len);
+}
+ZepStatus zepsMove_16s(const Zep16s* pSrc, Zep16s* pDst, int len) {
+    return checkedMove(pSrc, pDst, len);
+}
+ZepStatus zepsMove_32s(const Zep32s* pSrc, Zep32s* pDst, int len) {
+    return checkedMove(pSrc, pDst, len);
+}
+ZepStatus zepsMove_32f(const Zep32f* pSrc, Zep32f* pDst, int len) {
+    return checkedMove(pSrc, pDst, len);
+}
+ZepStatus zepsMove_64f(const Zep64f* pSrc, Zep64f* pDst, int len) {
+    return checkedMove(pSrc, pDst, len);
+}
+
+}  // namespace zep::ZEP_VARIANT

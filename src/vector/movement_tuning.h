@@ -1,0 +1,108 @@
+// Sizes at which copies and fills change their method, by variant, and the question whether a block
+// is to be written past the cache. A block that does not fit the cache would throw out everything
+// else, so it is written with streaming stores; where the cache size cannot be found out, with
+// ordinary ones.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/cache_descriptors.h"
+#include "core/variant/tag.h"
+#include "zepcore.h"
+
+namespace zep::ZEP_VARIANT {
+
+inline constexpr std::size_t kNever = SIZE_MAX;
+
+struct CopyTuningBase {
+    // The cache is asked for above this size only, since identification instructions are slow.
+    static constexpr std::size_t probeAbove = 0x100000;
+    // Streaming copies first read a chunk of this size into the cache, so that reads and writes of
+    // the memory alternate in long bursts; 0: they do not.
+    static constexpr std::size_t readAheadChunk = 0;
+    // Copies downwards where reads would otherwise wait for stores at the same offset in another 4
+    // KiB page.
+    static constexpr bool avoidsPageAliasing = false;
+    // From this size on rep movs is faster than the loop.
+    static constexpr std::size_t repeatMoveFrom = kNever;
+
+    static bool exceedsCache(std::size_t bytes) {
+        return exceedsHalf(bytes, probeDescribedCacheBytes());
+    }
+    static bool exceedsHalf(std::size_t bytes, std::int32_t cacheBytes) {
+        return cacheBytes > 0 && bytes > static_cast<std::size_t>(cacheBytes / 2);
+    }
+};
+
+template <class Tag>
+struct CopyTuning;
+
+template <>
+struct CopyTuning<tag::m7> : CopyTuningBase {
+    static constexpr std::size_t probeAbove = 0x80000;
+    static constexpr std::size_t readAheadChunk = 0x40000;
+    // Logical processors share the cache; and a block of exactly half of it streams already.
+    static bool exceedsCache(std::size_t bytes) {
+        return exceedsHalf(bytes + 1, probeDescribedCacheBytesPerProcessor());
+    }
+};
+template <>
+struct CopyTuning<tag::u8> : CopyTuningBase {
+    static constexpr std::size_t probeAbove = 0x20000;
+};
+template <>
+struct CopyTuning<tag::n8> : CopyTuning<tag::u8> {};
+template <>
+struct CopyTuning<tag::y8> : CopyTuningBase {
+    static constexpr std::size_t readAheadChunk = 0x40000;
+    static constexpr bool avoidsPageAliasing = true;
+};
+template <>
+struct CopyTuning<tag::e9> : CopyTuningBase {
+    static constexpr std::size_t repeatMoveFrom = 2048;
+    static bool exceedsCache(std::size_t) { return false; }
+};
+
+// Fills of 1, 2, 4 and 8 byte patterns; a clear counts as a byte fill.
+struct FillTuningBase {
+    static constexpr std::size_t repeatStoreFrom = kNever;
+
+    // In elements of the pattern, as each fill counts.
+    static constexpr std::size_t probeAbove(std::size_t elementBytes) {
+        return elementBytes <= 2 ? 0x80000 : 0x100000 / elementBytes;
+    }
+    template <std::size_t elementBytes>
+    static bool reachesCache(std::size_t bytes) {
+        return reaches(bytes, probeDescribedCacheBytes());
+    }
+    static bool reaches(std::size_t bytes, std::int32_t cacheBytes) {
+        return cacheBytes > 0 && bytes >= static_cast<std::size_t>(cacheBytes);
+    }
+};
+
+template <class Tag>
+struct FillTuning : FillTuningBase {};
+
+template <>
+struct FillTuning<tag::m7> : FillTuningBase {
+    template <std::size_t elementBytes>
+    static bool reachesCache(std::size_t bytes) {
+        return reaches(bytes, probeDescribedCacheBytesPerProcessor());
+    }
+};
+template <>
+struct FillTuning<tag::e9> : FillTuningBase {
+    static constexpr std::size_t repeatStoreFrom = 2048;
+
+    static constexpr std::size_t probeAbove(std::size_t elementBytes) {
+        return elementBytes == 8 ? 0x20000 : elementBytes == 4 ? 0x200000 : 0x200000 / elementBytes;
+    }
+    template <std::size_t elementBytes>
+    static bool reachesCache(std::size_t bytes) {
+        if constexpr (elementBytes == 8) return reaches(bytes, probeDescribedCacheBytes());
+        return false;
+    }
+};
+
+}  // namespace zep::ZEP_VARIANT

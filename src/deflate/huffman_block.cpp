@@ -1,0 +1,136 @@
+// One call of a Huffman decoder: entry checks, block header, rest of a match, symbols, and the ways
+// to leave.
+
+#include <cstdint>
+
+#include "core/checks.h"
+#include "core/variant_exports.h"
+#include "deflate/bit_input.h"
+#include "deflate/careful_loop.h"
+#include "deflate/dynamic_header.h"
+#include "deflate/fixed_tables.h"
+#include "deflate/window.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+constexpr FixedTables kFixedTables = makeFixedTables();
+
+// Without a caller that asks for the block type first, the decoder reads the header, and refuses
+// other types.
+ZepStatus readBlockHeader(BitInput& in, BlockType type, ZepLZ77State& state) {
+    if (in.count < 3) {
+        if (in.empty()) return zepStsSrcSizeLessExpected;
+        // Two bytes where they can be had in one aligned load.
+        const bool two = in.end - in.next > 1 && reinterpret_cast<std::uintptr_t>(in.next) % 2 == 0;
+        in.takeByte();
+        if (two) in.takeByte();
+    }
+    if (in.peek(3) >> 1 != (type == kFixedBlock ? 1 : 2)) return zepStsErr;
+    state.blockType = type;
+    if (in.take(1) != 0) state.finalBlock = 1;
+    in.drop(2);
+    state.status = type == kFixedBlock ? kSymbols : kCodeCounts;
+    return zepStsNoErr;
+}
+
+void finishPendingMatch(Output& out, ZepLZ77State& state) {
+    std::size_t n = static_cast<std::size_t>(state.pendingMatchLength);
+    const std::size_t distance = static_cast<std::size_t>(state.pendingMatchDistance);
+    if (n > out.room()) {
+        n = out.room();
+        state.pendingMatchLength -= static_cast<Zep32s>(n);
+    } else {
+        state.pendingMatchLength = state.pendingMatchDistance = 0;
+    }
+    copyMatchExact(out, n, distance);
+}
+
+// Full output is not the end of the data: when the input is used up, a whole byte that is still
+// held goes back to the source, so that a caller whose loop ends on an empty input calls again.
+// With more input than the bit buffer holds, all of it stays in the source.
+ZepStatus leaveWithFullOutput(BitInput& in) {
+    in.fill();
+    if (!in.empty()) {
+        in.returnReadAhead();
+    } else if (in.count >= 8) {
+        in.returnBytes(1);
+    }
+    return zepStsDstSizeLessExpected;
+}
+
+ZepStatus leaveAtEndOfBlock(BitInput& in, ZepLZ77State& state) {
+    state.status = kBlockHeader;
+    if (state.finalBlock != 1) {
+        // A stored block that follows must find its bytes in the source: those in the bit buffer
+        // bypass the history.
+        in.returnReadAhead();
+        return zepStsNoErr;
+    }
+    state.streamEnded = 1;
+    in.drop(in.count % 8);
+    in.returnBytes(in.count / 8);
+    return zepStsStreamEnd;
+}
+
+template <class Code>
+ZepStatus decodeSymbols(const Code& code, BitInput& in, Output& out, ZepLZ77State& state) {
+    switch (decodeCarefully(code, in, out, state)) {
+        case Stop::inputEmpty:
+            return zepStsSrcSizeLessExpected;
+        case Stop::outputFull:
+            return leaveWithFullOutput(in);
+        case Stop::endOfBlock:
+            return leaveAtEndOfBlock(in, state);
+        case Stop::corrupt:
+            break;
+    }
+    return zepStsSizeErr;
+}
+
+ZepStatus decodeBlock(BitInput& in, Output& out, BlockType type, ZepLZ77State& state) {
+    if (state.pendingMatchLength != 0) finishPendingMatch(out, state);
+    if (state.status == kBlockHeader)
+        if (const ZepStatus s = readBlockHeader(in, type, state); s != zepStsNoErr) return s;
+    if (type == kFixedBlock)
+        return decodeSymbols(FixedCode{kFixedTables.literal, kFixedTables.distance}, in, out,
+                             state);
+    if (state.status != kSymbols)
+        if (const ZepStatus s = decodeDynamicHeader(in, state); s != zepStsNoErr) return s;
+    return decodeSymbols(DynamicCode{state.literalTable, state.distanceTable}, in, out, state);
+}
+
+ZepStatus huffmanCall(Zep8u** ppSrc, Zep32s* pSrcLen, Zep8u** ppDst, Zep32s* pDstLen,
+                      BlockType type, ZepLZ77State* pState) {
+    if (anyNull(ppSrc, ppDst, pState, pSrcLen, pDstLen)) return zepStsNullPtrErr;
+    if (*pSrcLen < 0 || *pDstLen < 0) return zepStsSizeErr;
+    if (*pDstLen == 0) return zepStsDstSizeLessExpected;
+    ZepLZ77State& state = *pState;
+    if (state.status != kBlockHeader && (state.status > kSymbols || state.blockType != type))
+        return zepStsErr;
+
+    BitInput in(*ppSrc, *pSrcLen, state);
+    Output out{*ppDst, *ppDst, *ppDst + *pDstLen, state.window,
+               static_cast<unsigned>(state.windowPos)};
+    const ZepStatus status = decodeBlock(in, out, type, state);
+    in.save(ppSrc, pSrcLen, state);
+    *ppDst = out.next;
+    *pDstLen = static_cast<Zep32s>(out.room());
+    // Nothing can follow the end of the stream.
+    if (status != zepStsStreamEnd) enterWindow(state, out.begin, out.written());
+    return status;
+}
+
+}  // namespace
+
+ZepStatus zepsDecodeLZ77DynamicHuffFull_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Zep8u** ppDst,
+                                           Zep32s* pDstLen, void*, ZepLZ77State* pState) {
+    return huffmanCall(ppSrc, pSrcLen, ppDst, pDstLen, kDynamicBlock, pState);
+}
+
+ZepStatus zepsDecodeLZ77FixedHuffFull_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Zep8u** ppDst,
+                                         Zep32s* pDstLen, void*, ZepLZ77State* pState) {
+    return huffmanCall(ppSrc, pSrcLen, ppDst, pDstLen, kFixedBlock, pState);
+}
+
+}  // namespace zep::ZEP_VARIANT

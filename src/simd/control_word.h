@@ -1,0 +1,48 @@
+// The thread's floating-point control and status word (MXCSR) as guards: the caller's word comes
+// back on every path.
+#pragma once
+
+#include <emmintrin.h>
+
+namespace zep::ZEP_VARIANT::simd {
+
+namespace mxcsr {
+inline constexpr unsigned kFlags = 0x003F;
+inline constexpr unsigned kFlagInvalid = 0x0001;
+inline constexpr unsigned kFlagDivideByZero = 0x0004;
+inline constexpr unsigned kMasks = 0x1F80;
+
+// Arithmetic must not move across a change of the word.
+inline unsigned read() {
+    asm volatile("" ::: "memory");
+    return _mm_getcsr();
+}
+inline void write(unsigned word) {
+    asm volatile("" ::: "memory");
+    _mm_setcsr(word);
+    asm volatile("" ::: "memory");
+}
+}  // namespace mxcsr
+
+// No exception traps while it lives. Where the caller had unmasked some, the flags raised meanwhile
+// are merged into the caller's at the end, without invalid and divide by zero: those arise from
+// estimates, not from the data.
+class MaskedExceptions {
+public:
+    MaskedExceptions() : caller_(mxcsr::read()) {
+        if (changed()) mxcsr::write((caller_ | mxcsr::kMasks) & ~mxcsr::kFlags);
+    }
+    ~MaskedExceptions() {
+        constexpr unsigned kMerged =
+            mxcsr::kFlags & ~(mxcsr::kFlagInvalid | mxcsr::kFlagDivideByZero);
+        if (changed()) mxcsr::write(caller_ | (mxcsr::read() & kMerged));
+    }
+    MaskedExceptions(const MaskedExceptions&) = delete;
+    MaskedExceptions& operator=(const MaskedExceptions&) = delete;
+
+private:
+    bool changed() const { return (caller_ & mxcsr::kMasks) != mxcsr::kMasks; }
+    unsigned caller_;
+};
+
+}  // namespace zep::ZEP_VARIANT::simd

@@ -1,35 +1,179 @@
-// Loop shapes of the element-wise families. A shape is written once; an operation is a generic lambda that works on a
-// scalar and on a vector.
+// Loop shapes of the element-wise families, each written once.
+//
+// map:  dst[n] = op(a[n], b[n], ...) for any number of sources, dst itself among them for
+// accumulation. op is a generic
+//       lambda that works on a scalar and on vectors of any width.
+// mapComplex: the same on interleaved pairs; op works on vectors only.
+//
+// No scalar loop: a length between two widths is covered by vectors that overlap. All operands of
+// overlapping vectors are read before anything is written, so a destination that equals a source is
+// safe and every element is computed from original values, with the same result wherever it stands.
+// Short lengths end in one chain of compares; longer ones have a first vector up to the alignment
+// of dst, a main loop of aligned stores, and a last vector.
+//
+// mapSplit: dst = op(a, b, ...) on complex elements whose parts op gets apart, as simd::Complex of
+// the widest vector.
+//
+// Streaming stores are a policy: with StreamAbove the main loop stores around the cache when it has
+// more 32-byte blocks than the limit, so that a vector that cannot stay in the cache does not evict
+// everything else.
 #pragma once
 
-#include <concepts>
 #include <cstddef>
+#include <cstdint>
 
 #include "core/checks.h"
+#include "simd/complex.h"
 #include "simd/vec.h"
 
 namespace zep::ZEP_VARIANT {
 
-template <class Op, class T>
-concept BinaryOp = requires(Op op, T a, simd::Native<T> v) {
-    { op(a, a) } -> std::same_as<T>;
-    { op(v, v) } -> std::same_as<simd::Native<T>>;
+struct NeverStream {
+    static constexpr bool enabled = false;
+    static constexpr std::ptrdiff_t blocks = 0;
 };
 
-// dst[n] = op(a[n], b[n]). dst may be a or b; other overlap is not supported.
-template <class T, BinaryOp<T> Op>
-inline void map2(const T* a, const T* b, T* dst, int len, Op op) {
-    using V = simd::Native<T>;
-    std::ptrdiff_t n = 0;
-    for (; n + V::lanes <= len; n += V::lanes) op(V::load(a + n), V::load(b + n)).store(dst + n);
-    // No overlapping last vector: in place it would apply op twice.
-    for (; n < len; ++n) dst[n] = op(a[n], b[n]);
+template <std::ptrdiff_t kBlocks>
+struct StreamAbove {
+    static constexpr bool enabled = true;
+    static constexpr std::ptrdiff_t blocks = kBlocks;
+};
+
+namespace shape {
+
+enum class Store { Plain, Stream };
+
+template <class V, Store kStore>
+[[gnu::always_inline]] inline void put(V v, typename V::Scalar* p) {
+    if constexpr (kStore == Store::Stream)
+        v.storeStream(p);
+    else
+        v.store(p);
 }
 
-template <class T, BinaryOp<T> Op>
-inline ZepStatus checkedMap2(const T* a, const T* b, T* dst, int len, Op op) {
-    if (const ZepStatus s = checkVectors(len, a, b, dst); s != zepStsNoErr) return s;
-    map2(a, b, dst, len, op);
+// dst[from .. to) in whole vectors; reads up to a vector beyond to, never beyond the arrays as used
+// below.
+template <class V, Store kStore, class Op, class T, class... Src>
+[[gnu::always_inline]] inline std::ptrdiff_t vectors(Op op, T* dst, std::ptrdiff_t n,
+                                                     std::ptrdiff_t last, const Src*... src) {
+    constexpr std::ptrdiff_t L = V::lanes;
+    for (; n + 3 * L < last; n += 4 * L) {
+        const V r0 = op(V::load(src + n)...);
+        const V r1 = op(V::load(src + n + L)...);
+        const V r2 = op(V::load(src + n + 2 * L)...);
+        const V r3 = op(V::load(src + n + 3 * L)...);
+        put<V, kStore>(r0, dst + n);
+        put<V, kStore>(r1, dst + n + L);
+        put<V, kStore>(r2, dst + n + 2 * L);
+        put<V, kStore>(r3, dst + n + 3 * L);
+    }
+    for (; n < last; n += L) put<V, kStore>(op(V::load(src + n)...), dst + n);
+    return n;
+}
+
+// Fewer scalars than a vector of V has lanes; kGranule of them make an element.
+template <class V, int kGranule, class Op, class T, class... Src>
+[[gnu::always_inline]] inline void belowOne(Op op, T* dst, std::ptrdiff_t len, const Src*... src) {
+    if constexpr (!simd::isNarrow<V>) {
+        using H = simd::Half<V>;
+        if (len < H::lanes) return belowOne<H, kGranule>(op, dst, len, src...);
+        const H first = op(H::load(src)...);
+        const H last = op(H::load(src + len - H::lanes)...);
+        first.store(dst);
+        last.store(dst + len - H::lanes);
+    } else if constexpr (kGranule == 2) {
+        if constexpr (V::lanes > 2) op(V::loadPair(src)...).storePair(dst);
+    } else if constexpr (V::lanes == 2) {
+        *dst = op(*src...);
+    } else {
+        const std::ptrdiff_t middle = len >> 1;
+        const T first = op(src[0]...), mid = op(src[middle]...), last = op(src[len - 1]...);
+        dst[0] = first;
+        dst[middle] = mid;
+        dst[len - 1] = last;
+    }
+}
+
+template <int kGranule, class Stream, class Op, class T, class... Src>
+[[gnu::always_inline]] inline void map(Op op, T* dst, std::ptrdiff_t len, const Src*... src) {
+    using V = simd::Native<T>;
+    constexpr std::ptrdiff_t L = V::lanes;
+    if (len < L) return belowOne<V, kGranule>(op, dst, len, src...);
+    const std::ptrdiff_t last = len - L;
+    const V head = op(V::load(src)...);
+    const V tail = op(V::load(src + last)...);
+    if (len > 2 * L) {
+        // The first vector ends at or behind the boundary that the loop starts from. For a dst that
+        // is not aligned to its elements there is no boundary, and any start serves.
+        const auto address = reinterpret_cast<std::uintptr_t>(dst);
+        const auto over = static_cast<std::ptrdiff_t>(address / sizeof(T)) & (L - kGranule);
+        const std::ptrdiff_t n = L - over;
+        if constexpr (Stream::enabled) {
+            const std::ptrdiff_t blocks = (len - n) * std::ptrdiff_t{sizeof(T)} / 32;
+            const bool aligned = reinterpret_cast<std::uintptr_t>(dst + n) % sizeof(V) == 0;
+            if (blocks > Stream::blocks && aligned) {
+                vectors<V, Store::Stream>(op, dst, n, last, src...);
+                simd::streamFence();
+            } else {
+                vectors<V, Store::Plain>(op, dst, n, last, src...);
+            }
+        } else {
+            vectors<V, Store::Plain>(op, dst, n, last, src...);
+        }
+    }
+    head.store(dst);
+    tail.store(dst + last);
+}
+
+template <class C>
+auto* parts(C* p) {
+    return &p->re;
+}
+
+}  // namespace shape
+
+// dst[n] = op(src[n]...), 0 <= n < len. dst may equal a source, other overlap is not supported.
+template <class Stream = NeverStream, class Op, class T, class... Src>
+[[gnu::always_inline]] inline void map(Op op, T* dst, int len, const Src*... src) {
+    shape::map<1, Stream>(op, dst, len, src...);
+}
+
+// The same for complex elements: op takes vectors of interleaved pairs.
+template <class Stream = NeverStream, class Op, class C, class... Src>
+[[gnu::always_inline]] inline void mapComplex(Op op, C* dst, int len, const Src*... src) {
+    shape::map<2, Stream>(op, shape::parts(dst), std::ptrdiff_t{2} * len, shape::parts(src)...);
+}
+
+// dst[n] = op(src[n]...) on split parts. Elements are independent, so op may gather flags by
+// reference: lanes without an element hold 1 + 1i.
+template <class Op, class C, class... Src>
+[[gnu::always_inline]] inline void mapSplit(Op op, C* dst, int len, const Src*... src) {
+    using T = decltype(C::re);
+    using Z = simd::Complex<simd::Native<T>>;
+    if (len < Z::lanes) {
+        op(Z::loadPartial(shape::parts(src), len, T{1})...).storePartial(shape::parts(dst), len);
+        return;
+    }
+    const std::ptrdiff_t last = len - Z::lanes;
+    const Z tail = op(Z::load(shape::parts(src + last))...);
+    for (std::ptrdiff_t n = 0; n < last; n += Z::lanes)
+        op(Z::load(shape::parts(src + n))...).store(shape::parts(dst + n));
+    tail.store(shape::parts(dst + last));
+}
+
+// With the checks that every entry starts with.
+template <class Stream = NeverStream, class Op, class T, class... Src>
+[[gnu::always_inline]] inline ZepStatus checkedMap(Op op, T* dst, int len, const Src*... src) {
+    if (const ZepStatus s = checkVectors(len, src..., dst); s != zepStsNoErr) return s;
+    map<Stream>(op, dst, len, src...);
+    return zepStsNoErr;
+}
+
+template <class Stream = NeverStream, class Op, class C, class... Src>
+[[gnu::always_inline]] inline ZepStatus checkedMapComplex(Op op, C* dst, int len,
+                                                          const Src*... src) {
+    if (const ZepStatus s = checkVectors(len, src..., dst); s != zepStsNoErr) return s;
+    mapComplex<Stream>(op, dst, len, src...);
     return zepStsNoErr;
 }
 

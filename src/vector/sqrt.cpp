@@ -1,0 +1,82 @@
+// Square root of a real vector through the hardware's estimate of 1 / sqrt(x).
+//
+// Blocks of 16 elements from the first 16-byte boundary of dst: with the estimate r and s = x * r,
+// one Newton step gives sqrt(x) = (-s / 2) * (s * r - 3), relative error a few 2^-24. The estimate
+// fails for zero, denormals, infinity, NaN and negative values, and then -s / 2 is not finite: such
+// a block is computed again with the true root. So are the elements in front of the boundary and
+// those behind the last block.
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+#include "core/variant_exports.h"
+#include "simd/control_word.h"
+#include "vector/shapes.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+using V = simd::Native<Zep32f>;
+using M = V::M;
+
+constexpr int kBlock = 16;
+constexpr int kVectors = kBlock / V::lanes;
+
+// True when some element is negative. -0 is not, nor is NaN.
+inline bool exactRoots(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
+    using simd::sqrt;
+    bool negative = false;
+    const auto root = [&negative](auto v) {
+        if constexpr (std::is_same_v<decltype(v), Zep32f>)
+            negative |= v < 0.0f;
+        else
+            negative |= any(v < decltype(v)::zero());
+        return sqrt(v);
+    };
+    if (len > 0) shape::map<1, NeverStream>(root, dst, len, x);
+    return negative;
+}
+
+ZepStatus squareRoots(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
+    const simd::MaskedExceptions guard;
+    const auto address = reinterpret_cast<std::uintptr_t>(dst);
+    std::ptrdiff_t n = 0;
+    if (address % sizeof(Zep32f) == 0) {
+        n = static_cast<std::ptrdiff_t>(-address % 16 / sizeof(Zep32f));
+        if (n > len) n = len;
+    }
+    bool negative = exactRoots(x, dst, n);
+    const V lowest = V::broadcast(-std::numeric_limits<float>::infinity());
+    for (; n + kBlock <= len; n += kBlock) {
+        V root[kVectors];
+        M good = M::first(V::lanes);
+        for (int k = 0; k < kVectors; ++k) {
+            const V xv = V::load(x + n + k * V::lanes);
+            const V r = rsqrtEstimate(xv);
+            const V s = xv * r;
+            const V h = s * -0.5f;
+            good = good & (h > lowest);  // what is not finite is NaN or -infinity
+            root[k] = h * (s * r - 3.0f);
+        }
+        if (!all(good)) [[unlikely]] {
+            negative |= exactRoots(x + n, dst + n, kBlock);
+            continue;
+        }
+        for (int k = 0; k < kVectors; ++k) root[k].store(dst + n + k * V::lanes);
+    }
+    negative |= exactRoots(x + n, dst + n, len - n);
+    return negative ? zepStsSqrtNegArg : zepStsNoErr;
+}
+
+}  // namespace
+
+ZepStatus zepsSqrt_32f(const Zep32f* pSrc, Zep32f* pDst, int len) {
+    if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
+    return squareRoots(pSrc, pDst, len);
+}
+ZepStatus zepsSqrt_32f_I(Zep32f* pSrcDst, int len) {
+    if (const ZepStatus s = checkVectors(len, pSrcDst); s != zepStsNoErr) return s;
+    return squareRoots(pSrcDst, pSrcDst, len);
+}
+
+}  // namespace zep::ZEP_VARIANT

@@ -1,0 +1,25 @@
+# Sourced by the scripts here: need PACKAGE... installs the Debian packages that are missing, without questions.
+
+need() {
+    local package missing=() as_root=()
+    for package in "$@"; do
+        dpkg-query -W -f '${Status}' "$package" 2> /dev/null | grep -q 'install ok installed' || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    if ! command -v apt-get > /dev/null; then
+        echo "This system has no apt-get. Install what corresponds to: ${missing[*]}" >&2
+        return 1
+    fi
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo > /dev/null || { echo "Run as root, or install: ${missing[*]}" >&2; return 1; }
+        as_root=(sudo)
+    fi
+    echo "Installing ${missing[*]}"
+    "${as_root[@]}" apt-get update -qq
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
+}
+
+# What each kind of build needs on Debian 12.
+build_packages=(build-essential cmake ninja-build)
+tool_packages=(pkg-config libcli11-dev libsndfile1-dev zlib1g-dev)
+test_packages=(libgtest-dev libgmock-dev python3 qemu-user)

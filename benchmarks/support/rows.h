@@ -1,5 +1,6 @@
-// Rows of a benchmark program, named family/implementation/size. Our own implementation runs once for each variant
-// asked for (ZEP_BENCH_VARIANTS=e9,y8; the machine's best by default) as zep_<tag>.
+// Rows of a benchmark program, named family/implementation/size. Our own implementation runs once
+// for each variant asked for (ZEP_BENCH_VARIANTS=e9,y8; the machine's best by default) as
+// zep_<tag>.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -18,5 +19,9 @@ void addPeer(const std::string& family, const std::string& peer, std::int64_t si
 
 // A row of ours for each variant asked for; the body runs with that variant's index.
 void addOurs(const std::string& family, std::int64_t size, Body body);
+
+// Runs the rows that are registered; the body of every main. The output says the variant, compiler
+// and flags.
+int runAll(int argc, char** argv);
 
 }  // namespace zep::bench

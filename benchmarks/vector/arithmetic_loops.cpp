@@ -1,0 +1,39 @@
+#include "vector/arithmetic_loops.h"
+
+#include <cmath>
+
+namespace zep::bench::loop {
+
+void add(const Zep32f* a, const Zep32f* b, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = a[i] + b[i];
+}
+void addDouble(const Zep64f* a, const Zep64f* b, Zep64f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = a[i] + b[i];
+}
+void mul(const Zep32f* a, const Zep32f* b, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = a[i] * b[i];
+}
+void mulDouble(const Zep64f* a, const Zep64f* b, Zep64f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = a[i] * b[i];
+}
+void mulComplex(const Zep32fc* a, const Zep32fc* b, Zep32fc* __restrict y, int n) {
+    for (int i = 0; i < n; ++i)
+        y[i] = {a[i].re * b[i].re - a[i].im * b[i].im, a[i].re * b[i].im + a[i].im * b[i].re};
+}
+void div(const Zep32f* d, const Zep32f* x, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = x[i] / d[i];
+}
+void mulConstant(const Zep32f* a, Zep32f c, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = a[i] * c;
+}
+void sqrt(const Zep32f* a, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = std::sqrt(a[i]);
+}
+void abs(const Zep32f* a, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = std::fabs(a[i]);
+}
+void addProduct(const Zep32f* a, const Zep32f* b, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] += a[i] * b[i];
+}
+
+}  // namespace zep::bench::loop

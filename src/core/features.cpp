@@ -1,11 +1,14 @@
 #include "core/features.h"
 
+#include <atomic>
+
 namespace zep {
 namespace {
 
-// Filled at start-up; a race on the first query computes the same value twice.
-std::uint64_t cachedFeatures = 0;
-bool featuresCached = false;
+// Filled at start-up; a race on the first query computes the same value twice. The flag goes last,
+// so who sees it sees the mask.
+std::atomic<std::uint64_t> cachedFeatures{0};
+std::atomic<bool> featuresCached{false};
 
 std::uint64_t detectFeatures() {
     struct Source {
@@ -14,11 +17,11 @@ std::uint64_t detectFeatures() {
         int bit;
     };
     static constexpr Source kLeaf1[] = {
-        {feature::kMmx, &CpuidRegisters::edx, 23},   {feature::kSse, &CpuidRegisters::edx, 25},
-        {feature::kSse2, &CpuidRegisters::edx, 26},  {feature::kSse3, &CpuidRegisters::ecx, 0},
-        {feature::kSsse3, &CpuidRegisters::ecx, 9},  {feature::kMovbe, &CpuidRegisters::ecx, 22},
-        {feature::kSse41, &CpuidRegisters::ecx, 19}, {feature::kSse42, &CpuidRegisters::ecx, 20},
-        {feature::kAvx, &CpuidRegisters::ecx, 28},   {feature::kAes, &CpuidRegisters::ecx, 25},
+        {feature::kMmx, &CpuidRegisters::edx, 23},      {feature::kSse, &CpuidRegisters::edx, 25},
+        {feature::kSse2, &CpuidRegisters::edx, 26},     {feature::kSse3, &CpuidRegisters::ecx, 0},
+        {feature::kSsse3, &CpuidRegisters::ecx, 9},     {feature::kMovbe, &CpuidRegisters::ecx, 22},
+        {feature::kSse41, &CpuidRegisters::ecx, 19},    {feature::kSse42, &CpuidRegisters::ecx, 20},
+        {feature::kAvx, &CpuidRegisters::ecx, 28},      {feature::kAes, &CpuidRegisters::ecx, 25},
         {feature::kPclmulqdq, &CpuidRegisters::ecx, 1},
     };
     const CpuidRegisters leaf1 = zepCpuid(1);
@@ -34,13 +37,14 @@ std::uint64_t detectFeatures() {
 }  // namespace
 
 ZepStatus zepQueryFeatures(std::uint64_t* pFeatures, std::uint32_t* pRegs) {
-    if (!featuresCached) {
-        cachedFeatures = detectFeatures();
-        featuresCached = true;
+    if (!zepCpuHasIdentification()) return zepStsNotSupportedCpu;
+    if (!featuresCached.load(std::memory_order_acquire)) {
+        cachedFeatures.store(detectFeatures(), std::memory_order_relaxed);
+        featuresCached.store(true, std::memory_order_release);
     }
     if (pFeatures == nullptr) return zepStsNullPtrErr;
     const std::uint64_t request = *pFeatures;
-    *pFeatures = cachedFeatures;
+    *pFeatures = cachedFeatures.load(std::memory_order_relaxed);
     if (pRegs != nullptr) {
         const CpuidRegisters r =
             request == kGetInfoRequest ? zepCpuid(pRegs[0], pRegs[2]) : zepCpuid(1, 0);
@@ -52,6 +56,6 @@ ZepStatus zepQueryFeatures(std::uint64_t* pFeatures, std::uint32_t* pRegs) {
     return zepStsNoErr;
 }
 
-void resetFeatureCache() { featuresCached = false; }
+void resetFeatureCache() { featuresCached.store(false, std::memory_order_release); }
 
 }  // namespace zep

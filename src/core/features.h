@@ -24,8 +24,10 @@ inline constexpr std::uint64_t kPclmulqdq = 0x800;
 inline constexpr std::uint64_t kExtendedFamily = 0x1000;
 }  // namespace feature
 
-// Stores the detected mask in *pFeatures. Where pRegs is not null, four registers (EAX, EBX, ECX, EDX) go there: of
-// leaf 1, or, where *pFeatures held kGetInfoRequest, of the leaf pRegs[0] and sub-leaf pRegs[2].
+// zepStsNotSupportedCpu on a processor without identification, then zepStsNullPtrErr where
+// pFeatures is null. Stores the detected mask in *pFeatures. Where pRegs is not null, four
+// registers (EAX, EBX, ECX, EDX) go there: of leaf 1, or, where *pFeatures held kGetInfoRequest, of
+// the leaf pRegs[0] and sub-leaf pRegs[2].
 ZepStatus zepQueryFeatures(std::uint64_t* pFeatures, std::uint32_t* pRegs);
 inline constexpr std::uint64_t kGetInfoRequest = 0x616F666E69746567;  // the bytes "getinfoa"
 

@@ -1,5 +1,5 @@
-// 32-byte aligned blocks from the C heap. A block is one heap allocation of length + 40 bytes; the word below the
-// returned address holds the heap's pointer.
+// 32-byte aligned blocks from the C heap. A block is one heap allocation of length + 40 bytes; the
+// word below the returned address holds the heap's pointer.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -41,4 +41,10 @@ void zepFree(void* ptr) {
     void* raw = nullptr;
     std::memcpy(&raw, static_cast<void**>(ptr) - 1, sizeof raw);
     zep::heap.release(raw);
+}
+
+void* zepAlignPtr(void* ptr, int alignBytes) {
+    const auto address = reinterpret_cast<std::uintptr_t>(ptr);
+    const auto below = static_cast<std::uintptr_t>(std::intptr_t{alignBytes} - 1);
+    return reinterpret_cast<void*>(address + ((0 - (address & below)) & below));
 }

@@ -2,10 +2,13 @@
 #include <zeps.h>
 
 int main(void) {
-    const Zep32f a[4] = {1, 2, 3, 4}, b[4] = {10, 20, 30, 40};
-    Zep32f sum[4];
-    const ZepStatus status = zepsAdd_32f(a, b, sum, 4);
-    if (status != zepStsNoErr) return 1;
-    printf("%g %g %g %g, variant %.4s\n", sum[0], sum[1], sum[2], sum[3], zepsGetLibVersion()->targetTag);
-    return 0;
+    const Zep32f x[8] = {1, 0, -1, 0, 1, 0, -1, 0};  // two cycles in eight samples
+    Zep32f spectrum[8];
+    FFTSpecR32f* fft = NULL;
+    ZepStatus status = zepsFFTInitAlloc_R_32f(&fft, 3, ZEP_FFT_SCALE_NONE, zepAlgHintNone);
+    if (status == zepStsNoErr) status = zepsFFTFwd_RToPerm_32f(x, spectrum, fft, NULL);
+    if (status == zepStsNoErr) printf("bin 2: %g\n", spectrum[4]);
+    zepsFFTFree_R_32f(fft);
+    printf("%s\n", zepGetStatusString(status));
+    return status != zepStsNoErr;
 }

@@ -24,8 +24,11 @@ public:
     virtual void copyMemory(const void* pSrc, void* pDst, std::uint64_t size) = 0;
 
 protected:
+    /** Made, copied and destroyed by the classes that implement it alone. */
     IQMOMemoryAllocator() = default;
+    /** Copies nothing: there is no state. */
     IQMOMemoryAllocator(const IQMOMemoryAllocator&) = default;
+    /** Copies nothing: there is no state. */
     IQMOMemoryAllocator& operator=(const IQMOMemoryAllocator&) = default;
     ~IQMOMemoryAllocator() = default;
 };
@@ -62,9 +65,13 @@ ZEP_API const char* mozepCpuType2String(ZepCpuType type);
  */
 class ZEP_API MOZEPMemoryAllocator : public Interfaces::IQMOMemoryAllocator {
 public:
+    /** Takes no memory. */
     MOZEPMemoryAllocator();
+    /** As good as other, which is not changed. */
     MOZEPMemoryAllocator(const MOZEPMemoryAllocator& other);
+    /** Releases nothing: blocks outlive the object. */
     ~MOZEPMemoryAllocator();
+    /** Changes nothing: there is no state. */
     MOZEPMemoryAllocator& operator=(const MOZEPMemoryAllocator& other);
 
     /**

@@ -14,14 +14,14 @@ extern "C" {
 
 /** Version of one library domain. */
 typedef struct ZepVersionRecord {
-    int major;
-    int minor;
-    int releaseBuild;
+    int major;               /**< first number of the version */
+    int minor;               /**< second number of the version */
+    int releaseBuild;        /**< build number of the release */
     int domainBuild;         /**< the domain's own build number */
     char targetTag[4];       /**< variant that runs, NUL-filled; "core" in the core record fills all four bytes */
     const char* libName;     /**< library name; "+" behind it: the SSE4.1 variant on a processor with SSE4.2 */
     const char* versionText; /**< version as text */
-    const char* buildDate;
+    const char* buildDate;   /**< date of the domain's build, "Mmm dd yyyy" */
 } ZepVersionRecord;
 
 /**

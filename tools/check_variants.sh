@@ -116,7 +116,7 @@ check_instructions() {  # tag objects...
 check_sections() {  # objects...
     local object
     for object in "$@"; do
-        if objdump -h "$object" | grep -qE ' \.(init_array|ctors|preinit_array)'; then
+        if objdump -h "$object" | grep -E ' \.(init_array|ctors|preinit_array)' > /dev/null; then
             echo "rule 5: $object: static initialiser"
         fi
     done

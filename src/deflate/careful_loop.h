@@ -20,7 +20,7 @@ struct HuffmanCode {
 using DynamicCode = HuffmanCode<kLiteralRootBits, kDistanceRootBits>;
 using FixedCode = HuffmanCode<9, 5>;
 
-enum class Stop { inputEmpty, outputFull, endOfBlock, corrupt };
+enum class Stop { none, inputEmpty, outputFull, endOfBlock, corrupt };
 
 inline TableEntry lookUp(const TableEntry* table, unsigned rootBits, Zep64u bits) {
     const TableEntry e = table[static_cast<unsigned>(bits) & ((1u << rootBits) - 1)];
@@ -29,31 +29,33 @@ inline TableEntry lookUp(const TableEntry* table, unsigned rootBits, Zep64u bits
                  (static_cast<unsigned>(bits >> rootBits) & ((1u << codeBitsOf(e)) - 1))];
 }
 
-// Decodes symbols until something runs out. A symbol is consumed whole or not at all; it is not
-// started without room.
+// Decodes symbols until something runs out, or until mayRunFast(). A symbol is consumed whole or
+// not at all; it is not started without room.
 template <class Code>
-Stop decodeCarefully(const Code& code, BitInput& in, Output& out, ZepLZ77State& state) {
+Stop decodeCarefully(const Code& code, BitInput& in, Output& out, ZepLZ77State& state,
+                     auto mayRunFast) {
     while (out.next < out.end) {
+        if (mayRunFast()) return Stop::none;
         in.fill();
         if (in.count == 0) return Stop::inputEmpty;
         const TableEntry symbol = lookUp(code.literal, code.literalBits, in.bits);
         if (bitsOf(symbol) > in.count) return Stop::inputEmpty;
-        if (symbol & kLiteral) {
+        if ((symbol & kMatch) == 0) {
             in.drop(bitsOf(symbol));
             *out.next++ = static_cast<Zep8u>(valueOf(symbol));
             continue;
         }
-        if (symbol & kExceptional) {
+        if (symbol & kSpecial) {
             in.drop(bitsOf(symbol));
-            return symbol & kEndOfBlock ? Stop::endOfBlock : Stop::corrupt;
+            return valueOf(symbol) == 0 ? Stop::endOfBlock : Stop::corrupt;
         }
-        const TableEntry offset =
-            lookUp(code.distance, code.distanceBits, in.bits >> bitsOf(symbol));
+        const Zep64u rest = in.bits >> bitsOf(symbol);
+        const TableEntry offset = lookUp(code.distance, code.distanceBits, rest);
         if (bitsOf(symbol) + bitsOf(offset) > in.count) return Stop::inputEmpty;
-        std::size_t length = valueWithExtra(symbol, in.bits);
-        const std::size_t distance = valueWithExtra(offset, in.bits >> bitsOf(symbol));
+        std::size_t length = lengthOf(symbol, in.bits);
         in.drop(bitsOf(symbol) + bitsOf(offset));
-        if (offset & kExceptional) return Stop::corrupt;
+        if (offset & kSpecial) return Stop::corrupt;
+        const std::size_t distance = distanceOf(offset, rest);
         if (length > out.room()) {
             state.pendingMatchLength = static_cast<Zep32s>(length - out.room());
             state.pendingMatchDistance = static_cast<Zep32s>(distance);

@@ -14,8 +14,8 @@ struct FixedTables {
 constexpr FixedTables makeFixedTables() {
     // The codes of the four symbols without a meaning are consumed before they are refused, unlike
     // those of a dynamic block.
-    const LiteralAlphabet literals = makeLiteralAlphabet(kExceptional);
-    const DistanceAlphabet distances = makeDistanceAlphabet(kExceptional);
+    const LiteralAlphabet literals = makeLiteralAlphabet(kBadLiteral);
+    const DistanceAlphabet distances = makeDistanceAlphabet(kBadDistance);
     Zep16u literalLengths[kMaxLiteralCodes] = {};
     for (int s = 0; s < kMaxLiteralCodes; ++s)
         literalLengths[s] = s < 144 ? 8 : s < 256 ? 9 : s < 280 ? 7 : 8;
@@ -24,9 +24,9 @@ constexpr FixedTables makeFixedTables() {
 
     FixedTables t{};
     buildTable<kMaxLiteralCodes>(literalLengths, kMaxLiteralCodes, literals.entries, kNoLiteral,
-                                 FixedCode::literalBits, t.literal);
+                                 kLiteralLink, FixedCode::literalBits, t.literal);
     buildTable<kMaxDistanceCodes>(distanceLengths, kMaxDistanceCodes, distances.entries,
-                                  kNoDistance, FixedCode::distanceBits, t.distance);
+                                  kNoDistance, kDistanceLink, FixedCode::distanceBits, t.distance);
     return t;
 }
 

@@ -8,6 +8,7 @@
 #include "deflate/bit_input.h"
 #include "deflate/careful_loop.h"
 #include "deflate/dynamic_header.h"
+#include "deflate/fast_loop.h"
 #include "deflate/fixed_tables.h"
 #include "deflate/window.h"
 
@@ -75,13 +76,23 @@ ZepStatus leaveAtEndOfBlock(BitInput& in, ZepLZ77State& state) {
 
 template <class Code>
 ZepStatus decodeSymbols(const Code& code, BitInput& in, Output& out, ZepLZ77State& state) {
-    switch (decodeCarefully(code, in, out, state)) {
+    const auto mayRunFast = [&] {
+        return in.end - in.next > kFastInput && out.end - out.next > kFastOutput && in.count < 64;
+    };
+    Stop stop;
+    do {
+        stop = decodeCarefully(code, in, out, state, mayRunFast);
+        if (stop != Stop::none) break;
+        stop = decodeFast<Code, true>(code, in, out);
+    } while (stop == Stop::none);
+    switch (stop) {
         case Stop::inputEmpty:
             return zepStsSrcSizeLessExpected;
         case Stop::outputFull:
             return leaveWithFullOutput(in);
         case Stop::endOfBlock:
             return leaveAtEndOfBlock(in, state);
+        case Stop::none:
         case Stop::corrupt:
             break;
     }

@@ -24,15 +24,15 @@ struct DistanceAlphabet {
 
 constexpr LiteralAlphabet makeLiteralAlphabet(TableEntry unassigned) {
     LiteralAlphabet a{};
-    for (unsigned s = 0; s < 256; ++s) a.entries[s] = kLiteral | s << 16;
-    a.entries[256] = kExceptional | kEndOfBlock;
-    unsigned base = 3;
+    for (unsigned s = 0; s < 256; ++s) a.entries[s] = kOneLiteral | s << 16;
+    a.entries[256] = kEndOfBlock;
+    unsigned base = 0;
     for (unsigned s = 257; s < 285; ++s) {
         const unsigned extra = s < 265 ? 0 : (s - 261) / 4;
-        a.entries[s] = base << 16 | extra;
+        a.entries[s] = kMatch | base << 24 | extra;
         base += 1u << extra;
     }
-    a.entries[285] = unsigned{kMaxMatch} << 16;
+    a.entries[285] = kMatch | unsigned{kMaxMatch - kMinMatch} << 24;
     a.entries[286] = a.entries[287] = unassigned;
     return a;
 }
@@ -59,11 +59,10 @@ constexpr bool nextCode(unsigned& code, int length) {
 }
 
 // Fills table (tableCapacity entries) for the given code lengths. nothing is the entry of codes
-// without a symbol; symbols whose alphabet entry equals it get it unchanged, so that they consume
-// no bits either.
+// without a symbol; link is the flags of a link.
 template <int kMaxSymbols>
 constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* alphabet,
-                          TableEntry nothing, int rootBits, TableEntry* table) {
+                          TableEntry nothing, TableEntry link, int rootBits, TableEntry* table) {
     unsigned count[kMaxCodeBits + 1] = {};
     for (int s = 0; s < symbols; ++s) ++count[lengths[s]];
     count[0] = 0;
@@ -83,9 +82,8 @@ constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* 
     const unsigned rootSize = 1u << rootBits;
     const auto entryOf = [&](unsigned symbol, int length) {
         const TableEntry e = alphabet[symbol];
-        return e == nothing
-                   ? e
-                   : e + (static_cast<unsigned>(length) << 8) + static_cast<unsigned>(length);
+        const unsigned n = static_cast<unsigned>(length);
+        return (e & kUnassigned) != 0 ? e : e + (n << 8) + n;
     };
 
     // The root, doubled from length to length.
@@ -121,8 +119,7 @@ constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* 
                 subSize = 1u << width;
                 if (incomplete)
                     for (unsigned i = 0; i < subSize; ++i) table[start + i] = nothing;
-                table[prefix] =
-                    kExceptional | kLink | start << 16 | static_cast<unsigned>(width) << 8;
+                table[prefix] = link | start << 16 | static_cast<unsigned>(width) << 8;
             }
             const TableEntry e = entryOf(*next, n);
             for (unsigned i = code >> rootBits; i < subSize; i += 1u << (n - rootBits))

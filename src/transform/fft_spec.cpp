@@ -2,18 +2,27 @@
 
 #include "core/checks.h"
 #include "simd/reciprocal_root.h"
+#include "transform/fft_tables.h"
 #include "transform/fft_tuning.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
 
 constexpr int kMaxOrderAnyKind = 30;
-constexpr int kSmallSineOrder = 10;  // up to here the sines are a constant table
 
 constexpr int maxOrder(FftKind kind) { return kind == FftKind::Complex ? 28 : 29; }
 
 constexpr std::size_t roundUp(std::size_t bytes) {
     return (bytes + kFftAlignment - 1) & ~std::size_t{kFftAlignment - 1};
+}
+
+constexpr std::size_t kFixedBytes = roundUp(sizeof(FftObject));
+
+// The sines, from the order on for which no compiled table serves.
+std::size_t temporaryBytes(FftKind kind, int order) {
+    if (order <= kConstantSineOrder) return 0;
+    const std::size_t entries = (std::size_t{1} << (sineOrder(kind, order) - 2)) + 1;
+    return roundUp(entries * sizeof(float)) + kFftAlignment;
 }
 
 constexpr bool validFlag(int flag) { return flag == 1 || flag == 2 || flag == 4 || flag == 8; }
@@ -36,7 +45,7 @@ constexpr std::size_t complexScratch(int order) {
     return block > bytes ? block : bytes;
 }
 
-constexpr std::size_t scratchBytes(FftKind kind, int order) {
+std::size_t scratchBytes(FftKind kind, int order) {
     if (kind == FftKind::Complex) return complexScratch(order);
     return order >= 5 ? complexScratch(order - 1) : 0;
 }
@@ -106,9 +115,8 @@ ZepStatus FFTGetSize(FftKind kind, int order, int flag, int, FftSizes* sizes) {
     if (sizes == nullptr) return zepStsNullPtrErr;
     if (!validFlag(flag)) return zepStsFftFlagErr;
     if (order > maxOrder(kind)) return zepStsFftOrderErr;
-    sizes->object = roundUp(sizeof(FftObject)) + kFftAlignment;
-    sizes->temporary =
-        order > kSmallSineOrder ? roundUp(((std::size_t{1} << order) / 4 + 1) * 4) + 32 : 0;
+    sizes->object = kFixedBytes + tableBytes(kind, order) + kFftAlignment;
+    sizes->temporary = temporaryBytes(kind, order);
     sizes->scratch = roundUp(scratchBytes(kind, order));
     return zepStsNoErr;
 }
@@ -125,6 +133,11 @@ ZepStatus FFTInit(FftKind kind, FftObject** object, int order, int flag, int hin
     spec->hint = hint;
     decodeFlag(*spec, kind, flag);
     spec->workSize = static_cast<std::int32_t>(sizes.scratch);
+    float* tables = reinterpret_cast<float*>(reinterpret_cast<char*>(spec) + kFixedBytes);
+    const Sines sines = sizes.temporary > 0 ? computedSines(alignUp(static_cast<float*>(temporary)),
+                                                            sineOrder(kind, order))
+                                            : constantSines();
+    buildTables(*spec, kind, tables, sines);
     *object = spec;
     return zepStsNoErr;
 }

@@ -1,0 +1,58 @@
+// The quarter-wave sine table that all twiddles come from: S[k] = sin(2*pi*k/T), k = 0 .. T/4, T =
+// 2^tableOrder, each entry computed in double precision over at most an eighth of a turn and
+// rounded to float.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/variant_exports.h"
+
+namespace zep::ZEP_VARIANT {
+
+constexpr int kConstantSineOrder = 10;  // up to here a table compiled into the library serves
+
+struct Twiddle {
+    float cos;
+    float sin;
+};
+
+// Reads cosines and sines of whole turns out of a quarter-wave table.
+class Sines {
+public:
+    Sines(const float* table, int tableOrder) : table_(table), tableOrder_(tableOrder) {}
+
+    // The angle 2*pi*k/2^order; order at most the table's, any k of at least 0.
+    Twiddle at(std::uint64_t k, int order) const {
+        const int quarterBits = tableOrder_ - 2;
+        const std::uint64_t quarter = std::uint64_t{1} << quarterBits;
+        const std::uint64_t index = k << (tableOrder_ - order);
+        const std::uint64_t rest = index & (quarter - 1);
+        const float s = table_[rest], c = table_[quarter - rest];
+        switch ((index >> quarterBits) & 3) {
+            case 0:
+                return {c, s};
+            case 1:
+                return {-s, c};
+            case 2:
+                return {-c, -s};
+            default:
+                return {s, -c};
+        }
+    }
+
+private:
+    const float* table_;
+    int tableOrder_;
+};
+
+// The compiled table, of order kConstantSineOrder.
+Sines constantSines();
+
+// Fills table (2^(order-2) + 1 floats) and reads from it.
+Sines computedSines(float* table, int order);
+
+// One pair without a table, with the values that the table of that order would hold.
+Twiddle directTwiddle(std::uint64_t k, int order);
+
+}  // namespace zep::ZEP_VARIANT

@@ -124,19 +124,21 @@ ZepStatus FFTGetSize(FftKind kind, int order, int flag, int, FftSizes* sizes) {
 ZepStatus FFTInit(FftKind kind, FftObject** object, int order, int flag, int hint, void* memory,
                   void* temporary) {
     if (anyNull(object, memory)) return zepStsNullPtrErr;
-    FftSizes sizes{};
-    if (const ZepStatus s = FFTGetSize(kind, order, flag, hint, &sizes); s != zepStsNoErr) return s;
-    if (sizes.temporary > 0 && temporary == nullptr) return zepStsNullPtrErr;
+    if (order < 0 || order > maxOrder(kind)) return zepStsFftOrderErr;
+    if (temporaryBytes(kind, order) > 0 && temporary == nullptr) return zepStsNullPtrErr;
     FftObject* spec = alignUp(static_cast<FftObject*>(memory));
+    // Whatever stood here is no valid object from now on, even where the flag is refused.
     *spec = FftObject{};
+    if (!validFlag(flag)) return zepStsFftFlagErr;
     spec->order = order;
     spec->hint = hint;
     decodeFlag(*spec, kind, flag);
-    spec->workSize = static_cast<std::int32_t>(sizes.scratch);
+    spec->workSize = static_cast<std::int32_t>(roundUp(scratchBytes(kind, order)));
     float* tables = reinterpret_cast<float*>(reinterpret_cast<char*>(spec) + kFixedBytes);
-    const Sines sines = sizes.temporary > 0 ? computedSines(alignUp(static_cast<float*>(temporary)),
-                                                            sineOrder(kind, order))
-                                            : constantSines();
+    const Sines sines =
+        temporaryBytes(kind, order) > 0
+            ? computedSines(alignUp(static_cast<float*>(temporary)), sineOrder(kind, order))
+            : constantSines();
     buildTables(*spec, kind, tables, sines);
     *object = spec;
     return zepStsNoErr;

@@ -1,0 +1,48 @@
+#include <zeps.h>
+
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include "commands.h"
+
+namespace mozep_program {
+namespace {
+
+constexpr int kFailed = 1, kWrongUsage = 2;
+
+std::string versionLine() {
+    const ZepVersionRecord& library = *zepGetLibVersion();
+    const std::string tag(zepsGetLibVersion()->targetTag, 2);
+    return std::string("mozep ") + library.versionText + " (variant " + tag + ")";
+}
+
+// Errors take one line, whatever their source.
+int fail(const CLI::App& app, const std::string& message, int code) {
+    std::string command = "mozep";
+    for (const CLI::App* chosen : app.get_subcommands()) command += ' ' + chosen->get_name();
+    std::fprintf(stderr, "%s: %s\n", command.c_str(),
+                 message.substr(0, message.find('\n')).c_str());
+    return code;
+}
+
+}  // namespace
+}  // namespace mozep_program
+
+int main(int argc, char** argv) {
+    using namespace mozep_program;
+    CLI::App app("Signal processing with the MOZEP library.", "mozep");
+    app.set_version_flag("--version", versionLine());
+    app.require_subcommand(1);
+    addSpectrum(app);
+    try {
+        app.parse(argc, argv);
+        // Output that could not be written is a failure too.
+        if (std::fflush(stdout) != 0) throw Failure("cannot write to the standard output");
+    } catch (const CLI::ParseError& e) {
+        if (e.get_exit_code() == 0) return app.exit(e);  // --help, --version
+        return fail(app, e.what(), kWrongUsage);
+    } catch (const std::exception& e) {
+        return fail(app, e.what(), kFailed);
+    }
+}

@@ -1,0 +1,67 @@
+// Averaged power spectrum of a long signal, by Welch's method: blocks of N samples that overlap by
+// half, a Hann window, the mean of the squared magnitudes (P. D. Welch, "The use of fast Fourier
+// transform for the estimation of power spectra", IEEE Trans. Audio Electroacoust. 15, 1967).
+//
+// Levels refer to a full-scale sine: an amplitude of 1 reads 0 dBFS. Memory is fixed by N, whatever
+// the signal's length.
+#pragma once
+
+#include <zeps.h>
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace mozep_program {
+
+class Welch {
+public:
+    explicit Welch(int order);  // N = 2^order, order at least 2
+
+    // Any number of samples at a time.
+    void add(std::span<const float> samples);
+
+    // A signal shorter than a block is one block, filled up with zeros; else samples behind the
+    // last whole block are left out.
+    void finish();
+
+    long long blocks() const { return blocks_; }
+    // Mean power of bins 0 .. N/2, relative to a full-scale sine.
+    std::vector<double> power() const;
+
+private:
+    struct ReleaseSpec {
+        void operator()(FFTSpecR32f* spec) const { zepsFFTFree_R_32f(spec); }
+    };
+    struct ReleaseBlock {
+        void operator()(float* block) const { zepsFree(block); }
+    };
+    using Block = std::unique_ptr<float, ReleaseBlock>;
+
+    void transformBlock();
+    void flush();
+
+    int N_;
+    std::unique_ptr<FFTSpecR32f, ReleaseSpec> spec_;
+    Block window_, samples_, spectrum_, squares_, scratch_;
+    int filled_ = 0;     // samples in the block
+    int unflushed_ = 0;  // blocks whose squares are in squares_
+    long long blocks_ = 0;
+    double windowSum_ = 0;
+    std::vector<double> sums_;  // squares of earlier blocks, packed as the spectrum is
+};
+
+struct Peak {
+    double bin;    // position in bins, between them too
+    double level;  // power, relative to a full-scale sine
+};
+
+// The strongest local maxima, strongest first. A steady tone between two bins is found where it is:
+// position and level follow from the main lobe of the window.
+std::vector<Peak> strongestPeaks(const std::vector<double>& power, std::size_t count);
+
+// 10 * log10(power), not below -200.
+double decibel(double power);
+
+}  // namespace mozep_program

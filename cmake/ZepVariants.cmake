@@ -15,5 +15,7 @@ function(zep_add_variant tag)
   target_compile_definitions(zep_${tag} PRIVATE ZEP_VARIANT=${tag})
   target_compile_options(zep_${tag} PRIVATE ${ARGN} -fno-rtti)
   target_link_libraries(zep_${tag} PRIVATE zep_options zep_headers)
+  # For tests that compile code of their own at this level.
+  set_property(GLOBAL PROPERTY ZEP_LEVEL_${tag} ${ARGN})
   set_property(GLOBAL APPEND PROPERTY ZEP_OBJECTS $<TARGET_OBJECTS:zep_${tag}>)
 endfunction()

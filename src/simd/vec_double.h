@@ -57,7 +57,7 @@ struct Vec<double, 2> {
             case 0:
                 return zero();
             case 1:
-                return {_mm_load_sd(p)};
+                return {_mm_set_sd(readAny(p))};
             default:
                 return load(p);
         }
@@ -67,7 +67,7 @@ struct Vec<double, 2> {
     }
     void storePartial(double* p, int n) const {
         if (n >= 2) return store(p);
-        if (n == 1) _mm_store_sd(p, v);
+        if (n == 1) writeAny(p, _mm_cvtsd_f64(v));
     }
 
     friend Vec operator+(Vec a, Vec b) { return {_mm_add_pd(a.v, b.v)}; }

@@ -51,7 +51,7 @@ struct Vec<float, 4> {
 
     // Two elements; the upper lanes become 0.
     static Vec loadPair(const float* p) {
-        return {_mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(p)))};
+        return {_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(p)))};
     }
     void storePair(float* p) const { _mm_storel_pi(reinterpret_cast<__m64*>(p), v); }
 
@@ -61,11 +61,11 @@ struct Vec<float, 4> {
             case 0:
                 return zero();
             case 1:
-                return {_mm_load_ss(p)};
+                return {_mm_set_ss(readAny(p))};
             case 2:
                 return loadPair(p);
             case 3:
-                return {_mm_movelh_ps(loadPair(p).v, _mm_load_ss(p + 2))};
+                return {_mm_movelh_ps(loadPair(p).v, _mm_set_ss(readAny(p + 2)))};
             default:
                 return load(p);
         }
@@ -80,7 +80,7 @@ struct Vec<float, 4> {
             storePair(p);
             rest = _mm_movehl_ps(v, v);
         }
-        if (n & 1) _mm_store_ss(p + (n & 2), rest);
+        if (n & 1) writeAny(p + (n & 2), _mm_cvtss_f32(rest));
     }
 
     friend Vec operator+(Vec a, Vec b) { return {_mm_add_ps(a.v, b.v)}; }

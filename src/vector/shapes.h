@@ -84,13 +84,16 @@ template <class V, int kGranule, class Op, class T, class... Src>
     } else if constexpr (kGranule == 2) {
         if constexpr (V::lanes > 2) op(V::loadPair(src)...).storePair(dst);
     } else if constexpr (V::lanes == 2) {
-        *dst = op(*src...);
+        simd::writeAny(dst, op(simd::readAny(src)...));
     } else {
+        // One to three elements, without a branch: some may be the same one.
         const std::ptrdiff_t middle = len >> 1;
-        const T first = op(src[0]...), mid = op(src[middle]...), last = op(src[len - 1]...);
-        dst[0] = first;
-        dst[middle] = mid;
-        dst[len - 1] = last;
+        const T first = op(simd::readAny(src)...);
+        const T mid = op(simd::readAny(src + middle)...);
+        const T last = op(simd::readAny(src + len - 1)...);
+        simd::writeAny(dst, first);
+        simd::writeAny(dst + middle, mid);
+        simd::writeAny(dst + len - 1, last);
     }
 }
 

@@ -2,7 +2,8 @@
 // mean. Block<N> is N bytes; the widest is WideBlock, which with AVX is 32 bytes although integer
 // lanes are not.
 //
-// load and store take any address; storeAligned and storeStream need one that is a multiple of N.
+// broadcast repeats 8 bytes, or as many of their low ones as the block has. load and store take any
+// address; storeAligned and storeStream need one that is a multiple of N.
 #pragma once
 
 #include <immintrin.h>
@@ -10,34 +11,46 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace zep::ZEP_VARIANT::simd {
 
 template <int N>
 struct Block;
 
-// Sizes below a vector: one general register.
-template <class Word>
-struct WordBlock {
-    static constexpr int bytes = int{sizeof(Word)};
+namespace detail {
+template <int N>
+struct WordOfBytes;
+template <>
+struct WordOfBytes<1> : std::type_identity<std::uint8_t> {};
+template <>
+struct WordOfBytes<2> : std::type_identity<std::uint16_t> {};
+template <>
+struct WordOfBytes<4> : std::type_identity<std::uint32_t> {};
+template <>
+struct WordOfBytes<8> : std::type_identity<std::uint64_t> {};
+}  // namespace detail
+
+// Below a vector: one general register.
+template <int N>
+requires(N <= 8) struct Block<N> {
+    static constexpr int bytes = N;
+    using Word = typename detail::WordOfBytes<N>::type;
     Word v;
 
-    static WordBlock load(const void* p) {
-        WordBlock b;
+    static Block load(const void* p) {
+        Block b;
         std::memcpy(&b.v, p, sizeof b.v);
         return b;
     }
+    static Block zero() { return {0}; }
+    static Block broadcast(std::uint64_t x) { return {static_cast<Word>(x)}; }
     void store(void* p) const { std::memcpy(p, &v, sizeof v); }
-};
 
-template <>
-struct Block<1> : WordBlock<std::uint8_t> {};
-template <>
-struct Block<2> : WordBlock<std::uint16_t> {};
-template <>
-struct Block<4> : WordBlock<std::uint32_t> {};
-template <>
-struct Block<8> : WordBlock<std::uint64_t> {};
+    friend Block operator&(Block a, Block b) { return {static_cast<Word>(a.v & b.v)}; }
+    friend Block operator|(Block a, Block b) { return {static_cast<Word>(a.v | b.v)}; }
+    friend Block operator^(Block a, Block b) { return {static_cast<Word>(a.v ^ b.v)}; }
+};
 
 template <>
 struct Block<16> {
@@ -65,6 +78,10 @@ struct Block<32> {
     __m256 v;
 
     static Block load(const void* p) { return {_mm256_loadu_ps(static_cast<const float*>(p))}; }
+    static Block loadHalves(const void* low, const void* high) {
+        const __m256 lower = _mm256_castps128_ps256(_mm_loadu_ps(static_cast<const float*>(low)));
+        return {_mm256_insertf128_ps(lower, _mm_loadu_ps(static_cast<const float*>(high)), 1)};
+    }
     static Block zero() { return {_mm256_setzero_ps()}; }
     static Block broadcast(std::uint64_t x) {
         return {_mm256_castsi256_ps(_mm256_set1_epi64x(static_cast<long long>(x)))};

@@ -2,6 +2,7 @@
 // routines.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "core/checks.h"
@@ -15,14 +16,14 @@ inline std::int32_t byteCount(int len) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(len) * std::uint32_t{sizeof(T)});
 }
 
-// Runs action(bytes), bytes greater than 0, when the pointers and len are good.
+// action(bytes), bytes greater than 0, when the pointers and len are good. The action returns the
+// status itself, so that an entry ends in a jump to its large routine.
 template <class T, class Action>
 inline ZepStatus withByteCount(int len, Action action, const auto*... p) {
     if (const ZepStatus s = checkVectors(len, p...); s != zepStsNoErr) return s;
     const std::int32_t bytes = byteCount<T>(len);
     if (bytes <= 0) return zepStsSizeErr;
-    action(bytes);
-    return zepStsNoErr;
+    return action(static_cast<std::size_t>(bytes));
 }
 
 }  // namespace zep::ZEP_VARIANT

@@ -32,7 +32,7 @@ void streamLines(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) 
 [[gnu::noinline]] void copyStreaming(std::uint8_t* dst, const std::uint8_t* src,
                                      std::size_t bytes) {
     // The first 64 bytes reach beyond the first boundary; what is written twice has the same value.
-    FourBlocks<simd::Block<16>>::load(src).store(dst);
+    FourBlocks<simd::Block<16>>::map(unchanged, src).store(dst);
     const std::size_t toBoundary = kStreamLine - bytesBehindBoundary(dst, kStreamLine);
     dst += toBoundary, src += toBoundary, bytes -= toBoundary;
     std::size_t lines = bytes & ~(kStreamLine - 1);
@@ -60,31 +60,37 @@ bool ascendingAvoidsAliasing(const std::uint8_t* dst, const std::uint8_t* src) {
     return (distance >= 1 && distance <= 160) || distance < -3936;
 }
 
-[[gnu::noinline]] void copyLarge(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
-    if (bytes > Tuning::probeAbove && Tuning::exceedsCache(bytes))
-        return copyStreaming(dst, src, bytes);
+[[gnu::noinline]] ZepStatus copyLarge(const std::uint8_t* src, std::uint8_t* dst,
+                                      std::size_t bytes) {
+    if (bytes > Tuning::probeAbove && Tuning::exceedsCache(bytes)) {
+        copyStreaming(dst, src, bytes);
+        return zepStsNoErr;
+    }
     if constexpr (Tuning::avoidsPageAliasing) {
         const bool bothAligned =
             bytesBehindBoundary(dst, 16) == 0 && bytesBehindBoundary(src, 16) == 0;
-        if (bothAligned && !ascendingAvoidsAliasing(dst, src))
-            return moveDescending(dst, src, bytes);
+        if (bothAligned && !ascendingAvoidsAliasing(dst, src)) {
+            moveDescending(dst, src, bytes);
+            return zepStsNoErr;
+        }
     }
-    if (bytes >= Tuning::repeatMoveFrom) return simd::repeatMove(dst, src, bytes);
-    moveAscending(dst, src, bytes);
-}
-
-void copyBytes(void* pDst, const void* pSrc, std::size_t bytes) {
-    auto* dst = static_cast<std::uint8_t*>(pDst);
-    const auto* src = static_cast<const std::uint8_t*>(pSrc);
-    if (bytes <= kSmallMove) return moveSmall(dst, src, bytes);
-    copyLarge(dst, src, bytes);
+    if (bytes >= Tuning::repeatMoveFrom)
+        simd::repeatMove(dst, src, bytes);
+    else
+        moveAscending(dst, src, bytes);
+    return zepStsNoErr;
 }
 
 template <class T>
-ZepStatus checkedCopy(const T* pSrc, T* pDst, int len) {
-    return withByteCount<T>(
-        len, [=](std::int32_t bytes) { copyBytes(pDst, pSrc, static_cast<std::size_t>(bytes)); },
-        pSrc, pDst);
+inline ZepStatus checkedCopy(const T* pSrc, T* pDst, int len) {
+    const auto copy = [=](std::size_t bytes) {
+        const auto* src = reinterpret_cast<const std::uint8_t*>(pSrc);
+        auto* dst = reinterpret_cast<std::uint8_t*>(pDst);
+        if (bytes > kSmallMove) return copyLarge(src, dst, bytes);
+        moveSmall(dst, src, bytes);
+        return zepStsNoErr;
+    };
+    return withByteCount<T>(len, copy, pSrc, pDst);
 }
 
 }  // namespace

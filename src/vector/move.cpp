@@ -7,25 +7,27 @@
 namespace zep::ZEP_VARIANT {
 namespace {
 
-[[gnu::noinline]] void moveLarge(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
+[[gnu::noinline]] ZepStatus moveLarge(const std::uint8_t* src, std::uint8_t* dst,
+                                      std::size_t bytes) {
     // Unsigned: a destination below the source is far above it.
     const std::size_t distance =
         reinterpret_cast<std::uintptr_t>(dst) - reinterpret_cast<std::uintptr_t>(src);
-    if (distance == 0) return;
+    if (distance == 0) return zepStsNoErr;
     if (distance < bytes)
         moveDescending(dst, src, bytes);
     else
         moveAscending(dst, src, bytes);
+    return zepStsNoErr;
 }
 
 template <class T>
-ZepStatus checkedMove(const T* pSrc, T* pDst, int len) {
-    const auto move = [=](std::int32_t count) {
-        auto* dst = reinterpret_cast<std::uint8_t*>(pDst);
+inline ZepStatus checkedMove(const T* pSrc, T* pDst, int len) {
+    const auto move = [=](std::size_t bytes) {
         const auto* src = reinterpret_cast<const std::uint8_t*>(pSrc);
-        const auto bytes = static_cast<std::size_t>(count);
-        if (bytes <= kSmallMove) return moveSmall(dst, src, bytes);
-        moveLarge(dst, src, bytes);
+        auto* dst = reinterpret_cast<std::uint8_t*>(pDst);
+        if (bytes > kSmallMove) return moveLarge(src, dst, bytes);
+        moveSmall(dst, src, bytes);
+        return zepStsNoErr;
     };
     return withByteCount<T>(len, move, pSrc, pDst);
 }

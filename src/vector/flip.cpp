@@ -1,0 +1,115 @@
+// Reversal of a vector. The block that starts o bytes from the front goes, reversed, to the one
+// that ends o bytes from the end. Blocks overlap in the middle instead of leaving a tail; all of a
+// step are loaded before the first is stored, so that the short form also runs in place.
+#include "core/variant_exports.h"
+#include "simd/byte_order.h"
+#include "simd/vec.h"
+#include "vector/block_map.h"
+#include "vector/byte_count.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+template <class B, int elementBytes>
+inline B reversed(const std::uint8_t* p) {
+    return simd::reverseLanes<elementBytes>(B::load(p));
+}
+
+// B::bytes <= bytes <= 2 * B::bytes.
+template <class B, int elementBytes>
+inline void flipTwo(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
+    const std::size_t last = bytes - B::bytes;
+    const auto a = reversed<B, elementBytes>(src), b = reversed<B, elementBytes>(src + last);
+    a.store(dst + last), b.store(dst);
+}
+
+// 2 * B::bytes <= bytes <= 4 * B::bytes.
+template <class B, int elementBytes>
+inline void flipFour(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
+    constexpr std::size_t n = B::bytes;
+    const std::size_t last = bytes - n;
+    const auto a = reversed<B, elementBytes>(src), b = reversed<B, elementBytes>(src + n);
+    const auto c = reversed<B, elementBytes>(src + last - n),
+               d = reversed<B, elementBytes>(src + last);
+    a.store(dst + last), b.store(dst + last - n), c.store(dst + n), d.store(dst);
+}
+
+// 0 <= bytes <= 4 * B::bytes, in place or not.
+template <class B, int elementBytes>
+inline void flipSmall(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
+    if (bytes >= 16) {
+        if (bytes <= 32) return flipTwo<simd::Block<16>, elementBytes>(src, dst, bytes);
+        if constexpr (B::bytes >= 32)
+            if (bytes <= 2 * B::bytes) return flipTwo<B, elementBytes>(src, dst, bytes);
+        return flipFour<B, elementBytes>(src, dst, bytes);
+    }
+    if (bytes >= 8) return flipTwo<simd::Block<8>, elementBytes>(src, dst, bytes);
+    if constexpr (elementBytes <= 4)
+        if (bytes >= 4) return flipTwo<simd::Block<4>, elementBytes>(src, dst, bytes);
+    if constexpr (elementBytes == 1) {
+        if (bytes >= 2) return flipTwo<simd::Block<2>, 1>(src, dst, bytes);
+        if (bytes == 1) *dst = *src;
+    }
+}
+
+// The areas are apart.
+template <class B, int elementBytes>
+void flipApart(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
+    constexpr std::size_t step = 4 * B::bytes;
+    if (bytes <= step) return flipSmall<B, elementBytes>(src, dst, bytes);
+    const std::uint8_t* const lastSrc = src + bytes - B::bytes;
+    const auto four = [=](std::size_t n) {
+        for (std::size_t i = 0; i < step; i += B::bytes)
+            reversed<B, elementBytes>(lastSrc - n - i).store(dst + n + i);
+    };
+    for (std::size_t n = 0; n < bytes - step; n += step) four(n);
+    four(bytes - step);
+}
+
+template <class B, int elementBytes>
+void flipInPlace(std::uint8_t* p, std::size_t bytes) {
+    constexpr std::size_t n = B::bytes;
+    for (; bytes > 4 * n; p += 2 * n, bytes -= 4 * n) {
+        std::uint8_t* const last = p + bytes - n;
+        const auto a = reversed<B, elementBytes>(p), b = reversed<B, elementBytes>(p + n);
+        const auto c = reversed<B, elementBytes>(last - n), d = reversed<B, elementBytes>(last);
+        a.store(last), b.store(last - n), c.store(p + n), d.store(p);
+    }
+    flipSmall<B, elementBytes>(p, p, bytes);
+}
+
+template <class T>
+inline ZepStatus checkedFlip(const T* pSrc, T* pDst, int len) {
+    const auto flip = [=](std::size_t bytes) {
+        flipApart<simd::WideBlock, int{sizeof(T)}>(reinterpret_cast<const std::uint8_t*>(pSrc),
+                                                   reinterpret_cast<std::uint8_t*>(pDst), bytes);
+        return zepStsNoErr;
+    };
+    return withByteCount<T>(len, flip, pSrc, pDst);
+}
+
+// Bytes are reordered by the integer unit, wider elements by the floating one.
+template <class T>
+using FlipBlock = simd::Block<sizeof(T) == 1 ? simd::kIntBytes : simd::kFloatBytes>;
+
+template <class T>
+inline ZepStatus checkedFlipInPlace(T* pSrcDst, int len) {
+    const auto flip = [=](std::size_t bytes) {
+        flipInPlace<FlipBlock<T>, int{sizeof(T)}>(reinterpret_cast<std::uint8_t*>(pSrcDst), bytes);
+        return zepStsNoErr;
+    };
+    return withByteCount<T>(len, flip, pSrcDst);
+}
+
+}  // namespace
+
+ZepStatus zepsFlip_32f(const Zep32f* pSrc, Zep32f* pDst, int len) {
+    return checkedFlip(pSrc, pDst, len);
+}
+ZepStatus zepsFlip_64f(const Zep64f* pSrc, Zep64f* pDst, int len) {
+    return checkedFlip(pSrc, pDst, len);
+}
+ZepStatus zepsFlip_32f_I(Zep32f* pSrcDst, int len) { return checkedFlipInPlace(pSrcDst, len); }
+ZepStatus zepsFlip_8u_I(Zep8u* pSrcDst, int len) { return checkedFlipInPlace(pSrcDst, len); }
+
+}  // namespace zep::ZEP_VARIANT

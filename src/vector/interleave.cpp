@@ -1,0 +1,133 @@
+// Channels to frames: pDst[i * ch + c] = pSrc[c][i]. The work goes by tiles of some channels times
+// some samples that are transposed in registers. The last tile of either direction overlaps the one
+// before it, so no tail is left.
+//
+// A block of samples is finished for all channels before the next: a block of each source is one
+// cache line, read once, and the frames are written in nearly ascending order.
+#include "core/checks.h"
+#include "core/variant_exports.h"
+#include "simd/channels.h"
+#include "simd/vec.h"
+#include "vector/block_map.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+constexpr int kHalf = 16;  // bytes within which lanes can be dealt
+constexpr std::ptrdiff_t kLine = 64;
+
+// Samples of a channel in a tile.
+template <class T>
+constexpr std::ptrdiff_t kTileSamples = kHalf / sizeof(T);
+
+// Channels of the widest tile: a frame of them fills a register.
+template <class T>
+constexpr int kTileChannels = (sizeof(T) == 4 ? simd::kFloatBytes : simd::kIntBytes) /
+                              int{sizeof(T)};
+
+// Transposes kTileSamples of C channels, src and dst standing at their first sample and first
+// channel.
+template <int C, class T>
+inline void interleaveTile(const T* const* src, std::ptrdiff_t i, T* dst, std::ptrdiff_t ch) {
+    constexpr int laneBytes = int{sizeof(T)};
+    constexpr int frameBytes = C * laneBytes;
+    if constexpr (frameBytes <= kHalf) {
+        std::array<simd::Block<kHalf>, C> x;
+        for (std::size_t c = 0; c < C; ++c) x[c] = simd::Block<kHalf>::load(src[c] + i);
+        x = simd::toFrames<laneBytes>(x);
+        constexpr std::ptrdiff_t framesOfRegister = kHalf / frameBytes;
+        for (std::ptrdiff_t r = 0; r < C; ++r) {
+            T* const frame = dst + (i + r * framesOfRegister) * ch;
+            if (ch == C)
+                x[static_cast<std::size_t>(r)].store(frame);
+            else
+                simd::storeParts<frameBytes>(x[static_cast<std::size_t>(r)], frame, ch * laneBytes);
+        }
+    } else {
+        // Lower halves hold the first C / 2 channels, upper ones the others.
+        std::array<simd::Block<frameBytes>, C / 2> x;
+        for (std::size_t c = 0; c < C / 2; ++c)
+            x[c] = simd::Block<frameBytes>::loadHalves(src[c] + i, src[c + C / 2] + i);
+        x = simd::toFrames<laneBytes>(x);
+        for (std::ptrdiff_t r = 0; r < C / 2; ++r)
+            x[static_cast<std::size_t>(r)].store(dst + (i + r) * ch);
+    }
+}
+
+// Samples first to last of the C channels from c on; at least one tile of them.
+template <int C, class T>
+void interleaveGroup(const T* const* src, std::ptrdiff_t c, std::ptrdiff_t ch, std::ptrdiff_t first,
+                     std::ptrdiff_t last, T* dst) {
+    std::ptrdiff_t i = first;
+    for (; i + kTileSamples<T> <= last; i += kTileSamples<T>)
+        interleaveTile<C>(src + c, i, dst + c, ch);
+    if (i != last) interleaveTile<C>(src + c, last - kTileSamples<T>, dst + c, ch);
+}
+
+// The same for all channels; ch >= 2.
+template <class T>
+void interleaveBlock(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t first,
+                     std::ptrdiff_t last, T* dst) {
+    constexpr int widest = kTileChannels<T>;
+    for (std::ptrdiff_t c = 0; c < ch;) {
+        // The narrowest tile that takes the rest, else the widest that fits; where it takes more,
+        // it is moved back.
+        const std::ptrdiff_t rest = ch - c;
+        int width = widest;
+        while (width > 2 && (width / 2 >= rest || width > ch)) width /= 2;
+        const std::ptrdiff_t from = width <= rest ? c : ch - width;
+        if constexpr (widest >= 8)
+            if (width == 8) interleaveGroup<8>(src, from, ch, first, last, dst);
+        if (width == 4) interleaveGroup<4>(src, from, ch, first, last, dst);
+        if (width == 2) interleaveGroup<2>(src, from, ch, first, last, dst);
+        c = from + width;
+    }
+}
+
+template <class T>
+void interleaveShort(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len, T* dst) {
+    for (std::ptrdiff_t i = 0; i < len; ++i)
+        for (std::ptrdiff_t c = 0; c < ch; ++c)
+            std::memcpy(dst + i * ch + c, src[c] + i, sizeof(T));
+}
+
+template <class T>
+void interleave(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len, T* dst) {
+    if (len < kTileSamples<T>) return interleaveShort(src, ch, len, dst);
+    if (ch == 2) return interleaveGroup<2>(src, 0, 2, 0, len, dst);
+    constexpr std::ptrdiff_t kBlock = kLine / sizeof(T);
+    for (std::ptrdiff_t first = 0; first < len;) {
+        // A rest shorter than a tile goes with the block before it.
+        const std::ptrdiff_t last = len - first < kBlock + kTileSamples<T> ? len : first + kBlock;
+        interleaveBlock(src, ch, first, last, dst);
+        first = last;
+    }
+}
+
+template <class T>
+ZepStatus checkedInterleave(const T* const* pSrc, int ch, int len, T* pDst) {
+    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    if (ch <= 0) return zepStsNumChannelsErr;
+    if (len <= 0) return zepStsSizeErr;
+    std::uintptr_t addresses = reinterpret_cast<std::uintptr_t>(pDst);
+    for (int c = 0; c < ch; ++c) {
+        if (pSrc[c] == nullptr) return zepStsNullPtrErr;
+        addresses |= reinterpret_cast<std::uintptr_t>(pSrc[c]);
+    }
+    if (ch == 1)
+        interleaveShort(pSrc, 1, len, pDst);
+    else
+        interleave(pSrc, ch, len, pDst);
+    return addresses % 16 == 0 ? zepStsNoErr : zepStsMisalignedBuf;
+}
+
+}  // namespace
+
+ZepStatus zepsInterleave_16s(const Zep16s* const* pSrc, int ch, int len, Zep16s* pDst) {
+    return checkedInterleave(pSrc, ch, len, pDst);
+}
+ZepStatus zepsInterleave_32f(const Zep32f* const* pSrc, int ch, int len, Zep32f* pDst) {
+    return checkedInterleave(pSrc, ch, len, pDst);
+}
+
+}  // namespace zep::ZEP_VARIANT

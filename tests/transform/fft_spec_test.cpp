@@ -168,7 +168,7 @@ void executionAllocatesScratchOnlyWhereNoneIsGiven(Direction direction) {
     }
 }
 
-TEST_P(FftSpec, DISABLED_ExecutionAllocatesScratchOnlyWhereNoneIsGiven) {
+TEST_P(FftSpec, ExecutionAllocatesScratchOnlyWhereNoneIsGiven) {
     for (const Direction direction : kDirections)
         executionAllocatesScratchOnlyWhereNoneIsGiven<ComplexKind>(direction);
     executionAllocatesScratchOnlyWhereNoneIsGiven<RealKind>(Direction::Forward);

@@ -208,7 +208,7 @@ TEST_P(FftValues, ConstantAndAlternatingSignalsStandInTheFirstTwoPlaces) {
 
 // cos(2*pi*n/4) and sin(2*pi*n/4) take the values 0 and +-1: their bin, N/4, is its own partner in
 // the fold.
-TEST_P(FftValues, DISABLED_AToneAtAQuarterOfTheRateStandsAtTheSelfPairedBin) {
+TEST_P(FftValues, AToneAtAQuarterOfTheRateStandsAtTheSelfPairedBin) {
     for (int order = 2; order <= kLastShortOrder; ++order) {
         const std::size_t N = std::size_t{1} << order;
         const RealFft fft(order);

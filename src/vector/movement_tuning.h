@@ -15,6 +15,13 @@ namespace zep::ZEP_VARIANT {
 
 inline constexpr std::size_t kNever = SIZE_MAX;
 
+// Bytes of the largest cache as the core remembers them, 0 where they are not known.
+inline std::size_t rememberedCacheBytes() {
+    int bytes = 0;
+    return zepGetMaxCacheSizeB(&bytes) == zepStsNoErr && bytes > 0 ? static_cast<std::size_t>(bytes)
+                                                                   : 0;
+}
+
 struct CopyTuningBase {
     // The cache is asked for above this size only, since identification instructions are slow.
     static constexpr std::size_t probeAbove = 0x100000;
@@ -61,7 +68,10 @@ struct CopyTuning<tag::y8> : CopyTuningBase {
 template <>
 struct CopyTuning<tag::e9> : CopyTuningBase {
     static constexpr std::size_t repeatMoveFrom = 2048;
-    static bool exceedsCache(std::size_t) { return false; }
+    static bool exceedsCache(std::size_t bytes) {
+        const std::size_t cacheBytes = rememberedCacheBytes();
+        return cacheBytes != 0 && bytes > cacheBytes;
+    }
 };
 
 // Fills of 1, 2, 4 and 8 byte patterns; a clear counts as a byte fill.
@@ -76,7 +86,7 @@ struct FillTuningBase {
     static bool reachesCache(std::size_t bytes) {
         return reaches(bytes, probeDescribedCacheBytes());
     }
-    static bool reaches(std::size_t bytes, std::int32_t cacheBytes) {
+    static bool reaches(std::size_t bytes, std::int64_t cacheBytes) {
         return cacheBytes > 0 && bytes >= static_cast<std::size_t>(cacheBytes);
     }
 };
@@ -101,7 +111,7 @@ struct FillTuning<tag::e9> : FillTuningBase {
     template <std::size_t elementBytes>
     static bool reachesCache(std::size_t bytes) {
         if constexpr (elementBytes == 8) return reaches(bytes, probeDescribedCacheBytes());
-        return false;
+        return reaches(bytes, static_cast<std::int64_t>(rememberedCacheBytes()));
     }
 };
 

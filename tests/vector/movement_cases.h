@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/guarded_buffer.h"
+#include "support/invented_cpu.h"
 #include "support/random.h"
 
 namespace zep::test {
@@ -45,6 +46,17 @@ void expectBytes(const T* actual, const std::uint8_t* expected, std::size_t byte
     while (a[n] == expected[n]) ++n;
     ADD_FAILURE() << what << ": byte " << n << " of " << bytes << " is " << int{a[n]} << ", not "
                   << int{expected[n]};
+}
+
+// An Intel processor with a cache of 128 KiB, as leaf 2 and leaf 4 tell.
+inline InventedCpu smallCacheCpu(std::uint32_t logicalProcessors) {
+    constexpr std::uint32_t kUnified = 3, kWays = 8, kLineBytes = 64, kSets = 256;
+    static_assert(kWays * kLineBytes * kSets == 128 << 10);
+    return InventedCpu({{0, InventedCpu::intelVendor(4)},
+                        {2, InventedCpu::descriptor(0x41)},
+                        {4,
+                         {(logicalProcessors - 1) << 26 | kUnified,
+                          (kWays - 1) << 22 | (kLineBytes - 1), kSets - 1, 0}}});
 }
 
 // A destination between two margins, for "nothing outside was written" where a guard page would be

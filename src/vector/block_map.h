@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "simd/block.h"
 
@@ -41,7 +42,8 @@ inline void mapFour(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
 
 // 1 <= bytes <= 4 * B::bytes.
 template <class B = simd::WideBlock, class Op, class... Src>
-inline void mapSmall(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
+[[gnu::always_inline]] inline void mapSmall(Op op, std::uint8_t* dst, std::size_t bytes,
+                                            Src... src) {
     if (bytes >= 16) {
         if (bytes <= 32) return mapTwo<simd::Block<16>>(op, dst, bytes, src...);
         if constexpr (B::bytes >= 32)
@@ -54,42 +56,62 @@ inline void mapSmall(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
     op(simd::Block<1>::load(src)...).store(dst);
 }
 
-// Results of four registers in a row.
-template <class B>
-struct FourBlocks {
-    static constexpr std::size_t n = B::bytes;
-    B a, b, c, d;
+inline constexpr std::size_t kLine = 64;
+
+// Blocks in a row, all loaded before the first is stored.
+template <class B, std::size_t count>
+struct Row {
+    B first;
+    Row<B, count - 1> rest;
 
     template <class Op, class... Src>
-    static FourBlocks map(Op op, Src... src) {
-        return {op(B::load(src)...), op(B::load(src + n)...), op(B::load(src + 2 * n)...),
-                op(B::load(src + 3 * n)...)};
+    static Row map(Op op, Src... src) {
+        const B block = op(B::load(src)...);
+        return {block, Row<B, count - 1>::map(op, src + B::bytes...)};
     }
     void store(std::uint8_t* p) const {
-        a.store(p), b.store(p + n), c.store(p + 2 * n), d.store(p + 3 * n);
+        first.store(p);
+        simd::keepStoreOrder();
+        rest.store(p + B::bytes);
     }
     void storeAligned(std::uint8_t* p) const {
-        a.storeAligned(p), b.storeAligned(p + n), c.storeAligned(p + 2 * n),
-            d.storeAligned(p + 3 * n);
+        first.storeAligned(p);
+        simd::keepStoreOrder();
+        rest.storeAligned(p + B::bytes);
+    }
+    void storeStream(std::uint8_t* p) const {
+        first.storeStream(p);
+        rest.storeStream(p + B::bytes);
     }
 };
 
-// bytes >= 4 * B::bytes. The loop starts at a boundary of dst where elements of elementBytes allow
-// it; a vector need not be aligned to its elements.
+template <class B>
+struct Row<B, 0> {
+    static Row map(auto...) { return {}; }
+    void store(std::uint8_t*) const {}
+    void storeAligned(std::uint8_t*) const {}
+    void storeStream(std::uint8_t*) const {}
+};
+
+// One cache line in registers.
+template <class B>
+using Line = Row<B, kLine / B::bytes>;
+
+// bytes > kLine. The loop starts at a line of dst where elements of elementBytes allow it; a vector
+// need not be aligned to its elements.
 template <class B = simd::WideBlock, std::size_t elementBytes = 1, class Op, class... Src>
-inline void mapAscending(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
-    constexpr std::size_t step = 4 * B::bytes;
-    const std::size_t tailAt = bytes - step;
-    const auto head = op(B::load(src)...);
-    const auto tail = FourBlocks<B>::map(op, src + tailAt...);
-    const std::size_t wholeElementsBehind =
-        bytesBehindBoundary(dst, B::bytes) & ~(elementBytes - 1);
-    for (std::size_t n = B::bytes - wholeElementsBehind; n < tailAt; n += step) {
-        const auto blocks = FourBlocks<B>::map(op, src + n...);
+[[gnu::always_inline]] inline void mapAscending(Op op, std::uint8_t* dst, std::size_t bytes,
+                                                Src... src) {
+    const std::size_t tailAt = bytes - kLine;
+    const auto head = Line<B>::map(op, src...);
+    const auto tail = Line<B>::map(op, src + tailAt...);
+    const std::size_t wholeElementsBehind = bytesBehindBoundary(dst, kLine) & ~(elementBytes - 1);
+    for (std::size_t n = kLine - wholeElementsBehind; n < tailAt; n += kLine) {
+        const auto line = Line<B>::map(op, src + n...);
         if constexpr (elementBytes == 1)
-            blocks.storeAligned(dst + n);
+            line.storeAligned(dst + n);
         else
-            blocks.store(dst + n);
+            line.store(dst + n);
     }
     tail.store(dst + tailAt);
     head.store(dst);

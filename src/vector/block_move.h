@@ -7,33 +7,35 @@
 
 namespace zep::ZEP_VARIANT {
 
-inline constexpr std::size_t kStep = 4 * kWide;   // bytes of one turn of the loops
-inline constexpr std::size_t kSmallMove = kStep;  // what moveSmall takes at most
+inline constexpr std::size_t kSmallMove = 4 * kWide;  // what moveSmall takes at most
 
 inline constexpr auto unchanged = [](auto block) { return block; };
 
 // 1 <= bytes <= kSmallMove.
-inline void moveSmall(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
+[[gnu::always_inline]] inline void moveSmall(std::uint8_t* dst, const std::uint8_t* src,
+                                             std::size_t bytes) {
     mapSmall(unchanged, dst, bytes, src);
 }
 
-// bytes >= kStep.
-inline void moveAscending(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
+// bytes > kLine.
+[[gnu::always_inline]] inline void moveAscending(std::uint8_t* dst, const std::uint8_t* src,
+                                                 std::size_t bytes) {
     mapAscending(unchanged, dst, bytes, src);
 }
 
-// bytes >= kStep. Addresses fall; what the loop leaves in front is at most one step long.
+// bytes > kLine. Addresses fall; what the loop leaves in front is at most one line long.
 inline void moveDescending(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
-    using Blocks = FourBlocks<simd::WideBlock>;
-    const auto last = simd::WideBlock::load(src + bytes - kWide);
-    const auto front = Blocks::map(unchanged, src);
-    const std::size_t behindBoundary = bytesBehindBoundary(dst + bytes - 1, kWide) + 1;
-    for (std::size_t n = bytes - behindBoundary; n > kStep;) {
-        n -= kStep;
-        Blocks::map(unchanged, src + n).storeAligned(dst + n);
+    using WideLine = Line<simd::WideBlock>;
+    const std::size_t tailAt = bytes - kLine;
+    const auto front = WideLine::map(unchanged, src);
+    const auto tail = WideLine::map(unchanged, src + tailAt);
+    const std::size_t behindBoundary = bytesBehindBoundary(dst + bytes - 1, kLine) + 1;
+    for (std::size_t n = bytes - behindBoundary; n > kLine;) {
+        n -= kLine;
+        WideLine::map(unchanged, src + n).storeAligned(dst + n);
     }
     front.store(dst);
-    last.store(dst + bytes - kWide);
+    tail.store(dst + tailAt);
 }
 
 }  // namespace zep::ZEP_VARIANT

@@ -13,7 +13,6 @@ namespace {
 
 using Tuning = CopyTuning<VariantTag>;
 
-constexpr std::size_t kStreamLine = 64;  // streaming stores fill whole lines
 constexpr std::size_t kTouchStride = 128;
 
 void readIntoCache(const std::uint8_t* src, std::size_t bytes) {
@@ -21,21 +20,18 @@ void readIntoCache(const std::uint8_t* src, std::size_t bytes) {
         static_cast<void>(*static_cast<const volatile std::uint8_t*>(src + n));
 }
 
-// dst is a multiple of kStreamLine, bytes too.
+// dst and bytes are multiples of kLine.
 void streamLines(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
-    using B = simd::WideBlock;
-    for (std::size_t n = 0; n < bytes; n += kStreamLine)
-        for (std::size_t i = 0; i < kStreamLine; i += kWide)
-            B::load(src + n + i).storeStream(dst + n + i);
+    for (std::size_t n = 0; n < bytes; n += kLine)
+        Line<simd::WideBlock>::map(unchanged, src + n).storeStream(dst + n);
 }
 
-[[gnu::noinline]] void copyStreaming(std::uint8_t* dst, const std::uint8_t* src,
-                                     std::size_t bytes) {
+void copyStreaming(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
     // The first 64 bytes reach beyond the first boundary; what is written twice has the same value.
-    FourBlocks<simd::Block<16>>::map(unchanged, src).store(dst);
-    const std::size_t toBoundary = kStreamLine - bytesBehindBoundary(dst, kStreamLine);
+    Line<simd::WideBlock>::map(unchanged, src).store(dst);
+    const std::size_t toBoundary = kLine - bytesBehindBoundary(dst, kLine);
     dst += toBoundary, src += toBoundary, bytes -= toBoundary;
-    std::size_t lines = bytes & ~(kStreamLine - 1);
+    std::size_t lines = bytes & ~(kLine - 1);
     bytes -= lines;
     while (lines != 0) {
         std::size_t chunk = lines;
@@ -60,12 +56,8 @@ bool ascendingAvoidsAliasing(const std::uint8_t* dst, const std::uint8_t* src) {
     return (distance >= 1 && distance <= 160) || distance < -3936;
 }
 
-[[gnu::noinline]] ZepStatus copyLarge(const std::uint8_t* src, std::uint8_t* dst,
-                                      std::size_t bytes) {
-    if (bytes > Tuning::probeAbove && Tuning::exceedsCache(bytes)) {
-        copyStreaming(dst, src, bytes);
-        return zepStsNoErr;
-    }
+[[gnu::always_inline]] inline ZepStatus copyOrdinary(const std::uint8_t* src, std::uint8_t* dst,
+                                                     std::size_t bytes) {
     if constexpr (Tuning::avoidsPageAliasing) {
         const bool bothAligned =
             bytesBehindBoundary(dst, 16) == 0 && bytesBehindBoundary(src, 16) == 0;
@@ -79,6 +71,19 @@ bool ascendingAvoidsAliasing(const std::uint8_t* dst, const std::uint8_t* src) {
     else
         moveAscending(dst, src, bytes);
     return zepStsNoErr;
+}
+
+[[gnu::noinline]] ZepStatus copyAskingForCache(const std::uint8_t* src, std::uint8_t* dst,
+                                               std::size_t bytes) {
+    if (!Tuning::exceedsCache(bytes)) return copyOrdinary(src, dst, bytes);
+    copyStreaming(dst, src, bytes);
+    return zepStsNoErr;
+}
+
+[[gnu::noinline]] ZepStatus copyLarge(const std::uint8_t* src, std::uint8_t* dst,
+                                      std::size_t bytes) {
+    if (bytes > Tuning::probeAbove) return copyAskingForCache(src, dst, bytes);
+    return copyOrdinary(src, dst, bytes);
 }
 
 template <class T>

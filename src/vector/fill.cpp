@@ -15,7 +15,7 @@ namespace {
 
 using Tuning = FillTuning<VariantTag>;
 
-constexpr std::size_t kSmallFill = kStep;
+constexpr std::size_t kSmallFill = 4 * kWide;
 
 // 1 <= bytes <= kSmallFill.
 template <class Pattern>
@@ -24,45 +24,42 @@ inline void fillSmall(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
     mapSmall([=]<class B>(B) { return pattern.template block<B>(); }, dst, bytes, dst);
 }
 
-// Streaming stores go to whole lines; bytes > 128.
+// One cache line of a pattern. The dummy source is not read: what was there is not used.
+template <class Pattern>
+inline Line<simd::WideBlock> lineOf(Pattern pattern, const std::uint8_t* dst) {
+    return Line<simd::WideBlock>::map([=]<class B>(B) { return pattern.template block<B>(); }, dst);
+}
+
+// Fills the first and last line, and returns the distance from dst to the first boundary of a line
+// behind it.
+template <class Pattern>
+inline std::size_t fillEnds(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
+    const auto line = lineOf(pattern, dst);
+    line.store(dst);
+    line.store(dst + bytes - kLine);
+    return kLine - bytesBehindBoundary(dst, kLine);
+}
+
+// All of them: bytes > kLine.
 template <class Pattern>
 [[gnu::noinline]] void fillStreaming(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
-    constexpr std::size_t kLine = 64;
-    const auto first = pattern.template block<simd::Block<16>>();
-    for (std::size_t n = 0; n < kLine; n += 16) {
-        first.store(dst + n);
-        first.store(dst + bytes - kLine + n);
-    }
-    const std::size_t toBoundary = kLine - bytesBehindBoundary(dst, kLine);
-    const auto block = pattern.atOffset(toBoundary).template block<simd::WideBlock>();
-    for (std::size_t n = toBoundary; n < bytes - kLine; n += kLine)
-        for (std::size_t i = 0; i < kLine; i += kWide) block.storeStream(dst + n + i);
+    std::size_t n = fillEnds(dst, bytes, pattern);
+    const auto line = lineOf(pattern.atOffset(n), dst);
+    for (; n < bytes - kLine; n += kLine) line.storeStream(dst + n);
     simd::streamFence();
 }
 
-// The processor's own fill from the first line on; bytes > 64.
 template <class Pattern>
 inline void fillRepeating(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
-    constexpr std::size_t kLine = 64;
-    const auto first = pattern.template block<simd::WideBlock>();
-    for (std::size_t n = 0; n < kLine; n += kWide) first.store(dst + n);
-    const std::size_t toBoundary = kLine - bytesBehindBoundary(dst, kLine);
-    simd::repeatStore(dst + toBoundary, pattern.atOffset(toBoundary).word(),
-                      (bytes - toBoundary) / 8);
-    pattern.template block<simd::Block<8>>().store(dst + bytes - 8);
+    const std::size_t n = fillEnds(dst, bytes, pattern);
+    simd::repeatStore(dst + n, pattern.atOffset(n).word(), (bytes - n) / 8);
 }
 
-// bytes >= kStep.
 template <class Pattern>
 inline void fillAscending(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
-    const auto first = pattern.template block<simd::WideBlock>();
-    first.store(dst);
-    std::size_t n = kWide - bytesBehindBoundary(dst, kWide);
-    const auto block = pattern.atOffset(n).template block<simd::WideBlock>();
-    const std::size_t tailAt = bytes - kStep;
-    for (; n < tailAt; n += kStep)
-        for (std::size_t i = 0; i < kStep; i += kWide) block.storeAligned(dst + n + i);
-    for (std::size_t i = 0; i < kStep; i += kWide) first.store(dst + tailAt + i);
+    std::size_t n = fillEnds(dst, bytes, pattern);
+    const auto line = lineOf(pattern.atOffset(n), dst);
+    for (; n < bytes - kLine; n += kLine) line.storeAligned(dst + n);
 }
 
 // bytes > kSmallFill.

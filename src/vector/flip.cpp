@@ -55,15 +55,16 @@ inline void flipSmall(const std::uint8_t* src, std::uint8_t* dst, std::size_t by
 // The areas are apart.
 template <class B, int elementBytes>
 void flipApart(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
-    constexpr std::size_t step = 4 * B::bytes;
-    if (bytes <= step) return flipSmall<B, elementBytes>(src, dst, bytes);
+    if (bytes <= 4 * B::bytes) return flipSmall<B, elementBytes>(src, dst, bytes);
     const std::uint8_t* const lastSrc = src + bytes - B::bytes;
-    const auto four = [=](std::size_t n) {
-        for (std::size_t i = 0; i < step; i += B::bytes)
+    const auto flipLine = [=](std::size_t n) {
+        for (std::size_t i = 0; i < kLine; i += B::bytes) {
             reversed<B, elementBytes>(lastSrc - n - i).store(dst + n + i);
+            simd::keepStoreOrder();
+        }
     };
-    for (std::size_t n = 0; n < bytes - step; n += step) four(n);
-    four(bytes - step);
+    for (std::size_t n = 0; n < bytes - kLine; n += kLine) flipLine(n);
+    flipLine(bytes - kLine);
 }
 
 template <class B, int elementBytes>

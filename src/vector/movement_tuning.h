@@ -67,7 +67,7 @@ struct CopyTuning<tag::y8> : CopyTuningBase {
 };
 template <>
 struct CopyTuning<tag::e9> : CopyTuningBase {
-    static constexpr std::size_t repeatMoveFrom = 2048;
+    static constexpr std::size_t repeatMoveFrom = 0x6000;
     static bool exceedsCache(std::size_t bytes) {
         const std::size_t cacheBytes = rememberedCacheBytes();
         return cacheBytes != 0 && bytes > cacheBytes;
@@ -103,7 +103,7 @@ struct FillTuning<tag::m7> : FillTuningBase {
 };
 template <>
 struct FillTuning<tag::e9> : FillTuningBase {
-    static constexpr std::size_t repeatStoreFrom = 2048;
+    static constexpr std::size_t repeatStoreFrom = 0x100000;
 
     static constexpr std::size_t probeAbove(std::size_t elementBytes) {
         return elementBytes == 8 ? 0x20000 : elementBytes == 4 ? 0x200000 : 0x200000 / elementBytes;

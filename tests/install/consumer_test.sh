@@ -74,6 +74,11 @@ case $step in
         cmake --build "$work/add_subdirectory" --target with_mozep
         expect_output "$work/add_subdirectory/with_mozep"
         ;;
+    program)
+        # No path in the environment: the program finds the library beside itself.
+        uses_installed_library "$prefix/bin/mozep"
+        "$prefix/bin/mozep" --version
+        ;;
     headers)
         # Each header alone, in both languages, as strict as a caller may be.
         find "$prefix/include/mozep" -name '*.h' | while read -r header; do

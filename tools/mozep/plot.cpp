@@ -104,12 +104,12 @@ std::string quoted(const std::string& text) {
 }  // namespace
 
 void plotSvg(const Curve& curve, const std::string& file) {
-    // Asked first, since gnuplot would say it in four lines.
+    Gnuplot gnuplot;
+    // Tried here, since gnuplot would complain in four lines.
     std::FILE* out = std::fopen(file.c_str(), "w");
     if (out == nullptr) throw Failure(file + ": " + std::strerror(errno));
     std::fclose(out);
 
-    Gnuplot gnuplot;
     std::FILE* to = gnuplot.commands();
     std::fprintf(
         to,

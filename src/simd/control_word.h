@@ -37,6 +37,9 @@ public:
             mxcsr::kFlags & ~(mxcsr::kFlagInvalid | mxcsr::kFlagDivideByZero);
         if (changed()) mxcsr::write(caller_ | (mxcsr::read() & kMerged));
     }
+    // True when the caller has all exceptions masked: the guard would change nothing.
+    static bool idle() { return (mxcsr::read() & mxcsr::kMasks) == mxcsr::kMasks; }
+
     MaskedExceptions(const MaskedExceptions&) = delete;
     MaskedExceptions& operator=(const MaskedExceptions&) = delete;
 

@@ -91,6 +91,8 @@ struct Vec<double, 2> {
     friend M operator>(Vec a, Vec b) { return b < a; }
     friend M operator>=(Vec a, Vec b) { return b <= a; }
     friend M isNan(Vec a) { return {_mm_cmpunord_pd(a.v, a.v)}; }
+    // NaN in a or in b.
+    friend M eitherNan(Vec a, Vec b) { return {_mm_cmpunord_pd(a.v, b.v)}; }
 
     friend Vec keepIf(M m, Vec a) { return {_mm_and_pd(m.m, a.v)}; }
     friend Vec select(M m, Vec a, Vec b) {

@@ -83,6 +83,8 @@ struct Vec<double, 4> {
     friend M operator>(Vec a, Vec b) { return b < a; }
     friend M operator>=(Vec a, Vec b) { return b <= a; }
     friend M isNan(Vec a) { return {_mm256_cmp_pd(a.v, a.v, _CMP_UNORD_Q)}; }
+    // NaN in a or in b.
+    friend M eitherNan(Vec a, Vec b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_UNORD_Q)}; }
 
     friend Vec keepIf(M m, Vec a) { return {_mm256_and_pd(m.m, a.v)}; }
     friend Vec select(M m, Vec a, Vec b) { return {_mm256_blendv_pd(b.v, a.v, m.m)}; }

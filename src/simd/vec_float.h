@@ -104,6 +104,8 @@ struct Vec<float, 4> {
     friend M operator>(Vec a, Vec b) { return b < a; }
     friend M operator>=(Vec a, Vec b) { return b <= a; }
     friend M isNan(Vec a) { return {_mm_cmpunord_ps(a.v, a.v)}; }
+    // NaN in a or in b.
+    friend M eitherNan(Vec a, Vec b) { return {_mm_cmpunord_ps(a.v, b.v)}; }
 
     friend Vec keepIf(M m, Vec a) { return {_mm_and_ps(m.m, a.v)}; }
     friend Vec select(M m, Vec a, Vec b) {

@@ -83,6 +83,8 @@ struct Vec<float, 8> {
     friend M operator>(Vec a, Vec b) { return b < a; }
     friend M operator>=(Vec a, Vec b) { return b <= a; }
     friend M isNan(Vec a) { return {_mm256_cmp_ps(a.v, a.v, _CMP_UNORD_Q)}; }
+    // NaN in a or in b.
+    friend M eitherNan(Vec a, Vec b) { return {_mm256_cmp_ps(a.v, b.v, _CMP_UNORD_Q)}; }
 
     friend Vec keepIf(M m, Vec a) { return {_mm256_and_ps(m.m, a.v)}; }
     friend Vec select(M m, Vec a, Vec b) { return {_mm256_blendv_ps(b.v, a.v, m.m)}; }

@@ -7,8 +7,10 @@
 // lane, so that infinities and NaN come out by rule.
 #include <limits>
 
+#include "core/checks.h"
 #include "core/variant_exports.h"
-#include "vector/shapes.h"
+#include "simd/unroll.h"
+#include "simd/vec.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
@@ -20,10 +22,11 @@ constexpr int kLanes = V::lanes;
 constexpr int kBlock = kLanes > 8 ? kLanes : 8;
 constexpr int kVectors = kBlock / kLanes;
 
-inline V refinedQuotient(V x, V d) {
-    const V r = reciprocalEstimate(d);
-    const V q = x * r;
-    const V e = V::broadcast(1.0f) - d * r;
+template <class W>
+inline W refinedQuotient(W x, W d) {
+    const W r = reciprocalEstimate(d);
+    const W q = x * r;
+    const W e = W::broadcast(1.0f) - d * r;
     return q + e * (q + e * q);
 }
 
@@ -38,47 +41,103 @@ inline V exactQuotient(V x, V d) {
 }
 
 // dst = x / d over up to kBlock elements; true when a divisor is zero.
-bool divideBlock(const Zep32f* d, const Zep32f* x, Zep32f* dst, int len) {
+[[gnu::noinline]] bool divideBlock(const Zep32f* d, const Zep32f* x, Zep32f* dst, int len) {
+    const auto elementsOf = [len](int k) {
+        const int rest = len - k * kLanes;
+        return rest < 0 ? 0 : rest < kLanes ? rest : kLanes;
+    };
     V dv[kVectors], xv[kVectors];
-    bool zeroSeen = false;
-    for (int k = 0, n = 0; k < kVectors; ++k, n += kLanes) {
-        const int count = len - n < 0 ? 0 : len - n < kLanes ? len - n : kLanes;
-        dv[k] = V::loadPartial(d + n, count, 1.0f);
-        xv[k] = V::loadPartial(x + n, count);
-        zeroSeen |= any(dv[k] == V::zero());
-    }
-    for (int k = 0, n = 0; k < kVectors && n < len; ++k, n += kLanes) {
+    M zero = M::first(0);
+    simd::unroll<kVectors>([&](auto k) {
+        dv[k] = V::loadPartial(d + k * kLanes, elementsOf(k), 1.0f);
+        xv[k] = V::loadPartial(x + k * kLanes, elementsOf(k));
+        zero = zero | (dv[k] == V::zero());
+    });
+    const bool zeroSeen = any(zero);
+    simd::unroll<kVectors>([&](auto k) {
         const V q = zeroSeen ? exactQuotient(xv[k], dv[k]) : refinedQuotient(xv[k], dv[k]);
-        q.storePartial(dst + n, len - n < kLanes ? len - n : kLanes);
-    }
+        q.storePartial(dst + k * kLanes, elementsOf(k));
+    });
     return zeroSeen;
 }
 
-ZepStatus divide(const Zep32f* d, const Zep32f* x, Zep32f* dst, int len) {
-    constexpr std::ptrdiff_t kStep = 4 * kLanes > kBlock ? 4 * kLanes : kBlock;
-    bool zeroSeen = false;
+// As many whole steps of two blocks as have no NaN among their results, and so no zero among their
+// divisors: the estimated quotient by zero is NaN. One compare serves two vectors. Returns the
+// elements done.
+[[gnu::always_inline]] inline std::ptrdiff_t divideOrdinary(const Zep32f* d, const Zep32f* x,
+                                                            Zep32f* dst, std::ptrdiff_t len) {
+    constexpr int kStep = 2 * kBlock;
     std::ptrdiff_t n = 0;
     for (; n + kStep <= len; n += kStep) {
-        M zero = V::load(d + n) == V::zero();
         V q[kStep / kLanes];
-        for (int k = 0; k < kStep / kLanes; ++k) {
-            const V dv = V::load(d + n + k * kLanes);
-            zero = zero | (dv == V::zero());
-            q[k] = refinedQuotient(V::load(x + n + k * kLanes), dv);
-        }
-        if (any(zero)) [[unlikely]] {
-            for (int k = 0; k < kStep; k += kBlock)
-                zeroSeen |= divideBlock(d + n + k, x + n + k, dst + n + k, kBlock);
-            continue;
-        }
-        for (int k = 0; k < kStep / kLanes; ++k) q[k].store(dst + n + k * kLanes);
+        M nan = M::first(0);
+        simd::unroll<kStep / kLanes>([&](auto k) {
+            const std::ptrdiff_t at = n + k * kLanes;
+            q[k] = refinedQuotient(V::load(x + at), V::load(d + at));
+            if constexpr (k % 2 == 1) nan = nan | eitherNan(q[k - 1], q[k]);
+        });
+        if (any(nan)) [[unlikely]]
+            break;
+        simd::unroll<kStep / kLanes>([&](auto k) { q[k].store(dst + n + k * kLanes); });
     }
-    for (; n < len; n += kBlock) {
-        const auto rest = len - n;
-        zeroSeen |=
-            divideBlock(d + n, x + n, dst + n, static_cast<int>(rest < kBlock ? rest : kBlock));
+    return n;
+}
+
+[[gnu::noinline]] ZepStatus divideRest(const Zep32f* d, const Zep32f* x, Zep32f* dst,
+                                       std::ptrdiff_t len) {
+    bool zeroSeen = false;
+    for (std::ptrdiff_t n = 0; n < len; n += divideOrdinary(d + n, x + n, dst + n, len - n)) {
+        const auto count = static_cast<int>(len - n < kBlock ? len - n : kBlock);
+        zeroSeen |= divideBlock(d + n, x + n, dst + n, count);
+        n += count;
     }
     return zeroSeen ? zepStsDivByZero : zepStsNoErr;
+}
+
+// kCount vectors from each end, which meet or overlap, when their results have no NaN; else false,
+// and nothing has been written. Overlapping elements are read before they are written.
+template <class W, int kCount>
+[[gnu::always_inline]] inline bool divideBothEnds(const Zep32f* d, const Zep32f* x, Zep32f* dst,
+                                                  std::ptrdiff_t len) {
+    const std::ptrdiff_t last = len - kCount * W::lanes;
+    W first[kCount], end[kCount];
+    typename W::M nan = W::M::first(0);
+    simd::unroll<kCount>([&](auto k) {
+        const std::ptrdiff_t n = k * W::lanes;
+        first[k] = refinedQuotient(W::load(x + n), W::load(d + n));
+        end[k] = refinedQuotient(W::load(x + last + n), W::load(d + last + n));
+        nan = nan | eitherNan(first[k], end[k]);
+    });
+    if (any(nan)) [[unlikely]]
+        return false;
+    simd::unroll<kCount>([&](auto k) {
+        first[k].store(dst + k * W::lanes);
+        end[k].store(dst + last + k * W::lanes);
+    });
+    return true;
+}
+
+// Less than two blocks.
+[[gnu::always_inline]] inline bool divideShort(const Zep32f* d, const Zep32f* x, Zep32f* dst,
+                                               std::ptrdiff_t len) {
+    using W = simd::Narrow<Zep32f>;
+    if (len >= kBlock) return divideBothEnds<V, kVectors>(d, x, dst, len);
+    if (len >= W::lanes) return divideBothEnds<W, 1>(d, x, dst, len);
+    const auto count = static_cast<int>(len);
+    const W q = refinedQuotient(W::loadPartial(x, count), W::loadPartial(d, count, 1.0f));
+    if (any(isNan(q))) [[unlikely]]
+        return false;
+    q.storePartial(dst, count);
+    return true;
+}
+
+[[gnu::always_inline]] inline ZepStatus divide(const Zep32f* d, const Zep32f* x, Zep32f* dst,
+                                               int len) {
+    const std::ptrdiff_t n = divideOrdinary(d, x, dst, len);
+    const std::ptrdiff_t rest = len - n;
+    if (rest == 0) return zepStsNoErr;
+    if (rest < 2 * kBlock && divideShort(d + n, x + n, dst + n, rest)) return zepStsNoErr;
+    return divideRest(d + n, x + n, dst + n, rest);
 }
 
 }  // namespace

@@ -6,10 +6,10 @@
 // mapComplex: the same on interleaved pairs; op works on vectors only.
 //
 // No scalar loop: a length between two widths is covered by vectors that overlap. All operands of
-// overlapping vectors are read before anything is written, so a destination that equals a source is
-// safe and every element is computed from original values, with the same result wherever it stands.
-// Short lengths end in one chain of compares; longer ones have a first vector up to the alignment
-// of dst, a main loop of aligned stores, and a last vector.
+// overlapping vectors are read before anything is written over them, so a destination that equals a
+// source is safe and every element is computed from original values, with the same result wherever
+// it stands. Short lengths end in one chain of compares; longer ones have a first vector up to the
+// alignment of dst or a source, a main loop of aligned accesses, and the last vectors.
 //
 // mapSplit: dst = op(a, b, ...) on complex elements whose parts op gets apart, as simd::Complex of
 // the widest vector.
@@ -24,6 +24,7 @@
 
 #include "core/checks.h"
 #include "simd/complex.h"
+#include "simd/unroll.h"
 #include "simd/vec.h"
 
 namespace zep::ZEP_VARIANT {
@@ -51,24 +52,15 @@ template <class V, Store kStore>
         v.store(p);
 }
 
-// dst[from .. to) in whole vectors; reads up to a vector beyond to, never beyond the arrays as used
-// below.
-template <class V, Store kStore, class Op, class T, class... Src>
-[[gnu::always_inline]] inline std::ptrdiff_t vectors(Op op, T* dst, std::ptrdiff_t n,
-                                                     std::ptrdiff_t last, const Src*... src) {
-    constexpr std::ptrdiff_t L = V::lanes;
-    for (; n + 3 * L < last; n += 4 * L) {
-        const V r0 = op(V::load(src + n)...);
-        const V r1 = op(V::load(src + n + L)...);
-        const V r2 = op(V::load(src + n + 2 * L)...);
-        const V r3 = op(V::load(src + n + 3 * L)...);
-        put<V, kStore>(r0, dst + n);
-        put<V, kStore>(r1, dst + n + L);
-        put<V, kStore>(r2, dst + n + 2 * L);
-        put<V, kStore>(r3, dst + n + 3 * L);
-    }
-    for (; n < last; n += L) put<V, kStore>(op(V::load(src + n)...), dst + n);
-    return n;
+// kCount vectors from each end, which meet or overlap: kCount * lanes <= len <= 2 * kCount * lanes.
+template <class V, int kCount, class Op, class T, class... Src>
+[[gnu::always_inline]] inline void bothEnds(Op op, T* dst, std::ptrdiff_t len, const Src*... src) {
+    const std::ptrdiff_t last = len - kCount * V::lanes;
+    V tail[kCount];
+    simd::unroll<kCount>([&](auto k) { tail[k] = op(V::load(src + last + k * V::lanes)...); });
+    simd::unroll<kCount>(
+        [&](auto k) { op(V::load(src + k * V::lanes)...).store(dst + k * V::lanes); });
+    simd::unroll<kCount>([&](auto k) { tail[k].store(dst + last + k * V::lanes); });
 }
 
 // Fewer scalars than a vector of V has lanes; kGranule of them make an element.
@@ -77,10 +69,7 @@ template <class V, int kGranule, class Op, class T, class... Src>
     if constexpr (!simd::isNarrow<V>) {
         using H = simd::Half<V>;
         if (len < H::lanes) return belowOne<H, kGranule>(op, dst, len, src...);
-        const H first = op(H::load(src)...);
-        const H last = op(H::load(src + len - H::lanes)...);
-        first.store(dst);
-        last.store(dst + len - H::lanes);
+        bothEnds<H, 1>(op, dst, len, src...);
     } else if constexpr (kGranule == 2) {
         if constexpr (V::lanes > 2) op(V::loadPair(src)...).storePair(dst);
     } else if constexpr (V::lanes == 2) {
@@ -97,35 +86,54 @@ template <class V, int kGranule, class Op, class T, class... Src>
     }
 }
 
+// More than 8 vectors: up to two in front of a boundary of two vectors, a loop from there, and the
+// last four. The loop then fills whole cache lines, and its loads and stores take turns: that keeps
+// all ports of the first-level cache busy.
+template <class V, Store kStore, class Op, class T, class... Src>
+[[gnu::always_inline]] inline void longLoop(Op op, T* dst, std::ptrdiff_t from, std::ptrdiff_t len,
+                                            const Src*... src) {
+    constexpr std::ptrdiff_t L = V::lanes;
+    const std::ptrdiff_t last = len - 4 * L;
+    V head[2] = {}, tail[4];
+    if (from != 0) simd::unroll<2>([&](auto k) { head[k] = op(V::load(src + k * L)...); });
+    simd::unroll<4>([&](auto k) { tail[k] = op(V::load(src + last + k * L)...); });
+    for (std::ptrdiff_t n = from; n < last; n += 4 * L)
+        simd::unroll<4>(
+            [&](auto k) { put<V, kStore>(op(V::load(src + n + k * L)...), dst + n + k * L); });
+    if constexpr (kStore == Store::Stream) simd::streamFence();
+    if (from != 0) simd::unroll<2>([&](auto k) { head[k].store(dst + k * L); });
+    simd::unroll<4>([&](auto k) { tail[k].store(dst + last + k * L); });
+}
+
+// Scalars from p to the next boundary of two vectors, in whole elements. A vector that is not
+// aligned to its elements has none, and any start serves.
+template <class V, int kGranule, class T>
+inline std::ptrdiff_t toBoundary(const T* p) {
+    const auto scalar =
+        static_cast<std::ptrdiff_t>(reinterpret_cast<std::uintptr_t>(p) / sizeof(T));
+    return -scalar & (2 * V::lanes - kGranule);
+}
+
 template <int kGranule, class Stream, class Op, class T, class... Src>
 [[gnu::always_inline]] inline void map(Op op, T* dst, std::ptrdiff_t len, const Src*... src) {
     using V = simd::Native<T>;
     constexpr std::ptrdiff_t L = V::lanes;
     if (len < L) return belowOne<V, kGranule>(op, dst, len, src...);
-    const std::ptrdiff_t last = len - L;
-    const V head = op(V::load(src)...);
-    const V tail = op(V::load(src + last)...);
-    if (len > 2 * L) {
-        // The first vector ends at or behind the boundary that the loop starts from. For a dst that
-        // is not aligned to its elements there is no boundary, and any start serves.
-        const auto address = reinterpret_cast<std::uintptr_t>(dst);
-        const auto over = static_cast<std::ptrdiff_t>(address / sizeof(T)) & (L - kGranule);
-        const std::ptrdiff_t n = L - over;
-        if constexpr (Stream::enabled) {
-            const std::ptrdiff_t blocks = (len - n) * std::ptrdiff_t{sizeof(T)} / 32;
-            const bool aligned = reinterpret_cast<std::uintptr_t>(dst + n) % sizeof(V) == 0;
-            if (blocks > Stream::blocks && aligned) {
-                vectors<V, Store::Stream>(op, dst, n, last, src...);
-                simd::streamFence();
-            } else {
-                vectors<V, Store::Plain>(op, dst, n, last, src...);
-            }
-        } else {
-            vectors<V, Store::Plain>(op, dst, n, last, src...);
-        }
+    if (len <= 2 * L) return bothEnds<V, 1>(op, dst, len, src...);
+    if (len <= 4 * L) return bothEnds<V, 2>(op, dst, len, src...);
+    if (len <= 8 * L) return bothEnds<V, 4>(op, dst, len, src...);
+    if constexpr (Stream::enabled) {
+        const std::ptrdiff_t from = toBoundary<V, kGranule>(dst);
+        const std::ptrdiff_t blocks = (len - from) * std::ptrdiff_t{sizeof(T)} / 32;
+        const bool aligned = reinterpret_cast<std::uintptr_t>(dst + from) % sizeof(V) == 0;
+        if (blocks > Stream::blocks && aligned)
+            return longLoop<V, Store::Stream>(op, dst, from, len, src...);
     }
-    head.store(dst);
-    tail.store(dst + last);
+    // One source: stores are the narrow place, and dst is aligned. More: the loads are, and
+    // aligning the last source was never slower than aligning dst.
+    const T* anchor = dst;
+    if constexpr (sizeof...(Src) > 1) static_cast<void>(((anchor = src), ...));
+    longLoop<V, Store::Plain>(op, dst, toBoundary<V, kGranule>(anchor), len, src...);
 }
 
 template <class C>

@@ -21,7 +21,7 @@ inline ZepStatus clear(Zep64f* dst, int len) { return zepsZero_64f(dst, len); }
 }  // namespace short_cut
 
 template <class T>
-inline ZepStatus copyVector(const T* src, T* dst, int len) {
+[[gnu::noinline]] ZepStatus copyVector(const T* src, T* dst, int len) {
     if (src == dst) return zepStsNoErr;
     for (; len > short_cut::kPiece; len -= short_cut::kPiece) {
         static_cast<void>(short_cut::copy(src, dst, short_cut::kPiece));
@@ -31,7 +31,7 @@ inline ZepStatus copyVector(const T* src, T* dst, int len) {
 }
 
 template <class T>
-inline ZepStatus clearVector(T* dst, int len) {
+[[gnu::noinline]] ZepStatus clearVector(T* dst, int len) {
     for (; len > short_cut::kPiece; len -= short_cut::kPiece) {
         static_cast<void>(short_cut::clear(dst, short_cut::kPiece));
         dst += short_cut::kPiece;

@@ -23,7 +23,7 @@ constexpr int kBlock = 16;
 constexpr int kVectors = kBlock / V::lanes;
 
 // True when some element is negative. -0 is not, nor is NaN.
-inline bool exactRoots(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
+[[gnu::noinline]] bool exactRoots(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
     using simd::sqrt;
     bool negative = false;
     const auto root = [&negative](auto v) {
@@ -33,39 +33,66 @@ inline bool exactRoots(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
             negative |= any(v < decltype(v)::zero());
         return sqrt(v);
     };
-    if (len > 0) shape::map<1, NeverStream>(root, dst, len, x);
+    shape::map<1, NeverStream>(root, dst, len, x);
     return negative;
 }
 
-ZepStatus squareRoots(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
-    const simd::MaskedExceptions guard;
-    const auto address = reinterpret_cast<std::uintptr_t>(dst);
-    std::ptrdiff_t n = 0;
-    if (address % sizeof(Zep32f) == 0) {
-        n = static_cast<std::ptrdiff_t>(-address % 16 / sizeof(Zep32f));
-        if (n > len) n = len;
-    }
-    bool negative = exactRoots(x, dst, n);
+// As many whole blocks as the estimate serves; returns the elements done.
+[[gnu::always_inline]] inline std::ptrdiff_t estimatedRoots(const Zep32f* x, Zep32f* dst,
+                                                            std::ptrdiff_t len) {
     const V lowest = V::broadcast(-std::numeric_limits<float>::infinity());
+    std::ptrdiff_t n = 0;
     for (; n + kBlock <= len; n += kBlock) {
         V root[kVectors];
         M good = M::first(V::lanes);
-        for (int k = 0; k < kVectors; ++k) {
+        simd::unroll<kVectors>([&](auto k) {
             const V xv = V::load(x + n + k * V::lanes);
             const V r = rsqrtEstimate(xv);
             const V s = xv * r;
             const V h = s * -0.5f;
             good = good & (h > lowest);  // what is not finite is NaN or -infinity
             root[k] = h * (s * r - 3.0f);
-        }
-        if (!all(good)) [[unlikely]] {
-            negative |= exactRoots(x + n, dst + n, kBlock);
-            continue;
-        }
-        for (int k = 0; k < kVectors; ++k) root[k].store(dst + n + k * V::lanes);
+        });
+        if (!all(good)) [[unlikely]]
+            break;
+        simd::unroll<kVectors>([&](auto k) { root[k].store(dst + n + k * V::lanes); });
     }
-    negative |= exactRoots(x + n, dst + n, len - n);
+    return n;
+}
+
+// From a block that needs the true root, or the end behind the last block.
+[[gnu::noinline]] ZepStatus rootsOfRest(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
+    bool negative = false;
+    for (std::ptrdiff_t n = 0; n < len; n += estimatedRoots(x + n, dst + n, len - n)) {
+        const std::ptrdiff_t count = len - n < kBlock ? len - n : kBlock;
+        negative |= exactRoots(x + n, dst + n, count);
+        n += count;
+    }
     return negative ? zepStsSqrtNegArg : zepStsNoErr;
+}
+
+[[gnu::noinline]] ZepStatus squareRootsFromBoundary(const Zep32f* x, Zep32f* dst,
+                                                    std::ptrdiff_t len) {
+    const simd::MaskedExceptions guard;
+    // A dst that is not aligned to its elements has no boundary.
+    const auto address = reinterpret_cast<std::uintptr_t>(dst);
+    std::ptrdiff_t n = 0;
+    if (address % sizeof(Zep32f) == 0)
+        n = static_cast<std::ptrdiff_t>(-address % 16 / sizeof(Zep32f));
+    if (n > len) n = len;
+    const bool negative = n > 0 && exactRoots(x, dst, n);
+    n += estimatedRoots(x + n, dst + n, len - n);
+    const ZepStatus rest = rootsOfRest(x + n, dst + n, len - n);
+    return negative ? zepStsSqrtNegArg : rest;
+}
+
+[[gnu::always_inline]] inline ZepStatus squareRoots(const Zep32f* x, Zep32f* dst, int len) {
+    // The usual case in line: aligned, no exception unmasked, only ordinary numbers.
+    if (reinterpret_cast<std::uintptr_t>(dst) % 16 != 0 || !simd::MaskedExceptions::idle())
+        return squareRootsFromBoundary(x, dst, len);
+    const std::ptrdiff_t n = estimatedRoots(x, dst, len);
+    if (n == len) return zepStsNoErr;
+    return rootsOfRest(x + n, dst + n, len - n);
 }
 
 }  // namespace

@@ -119,6 +119,8 @@ unsigned compare(LaneCompare op, const T* pa, const T* pb, const T* pc) {
             return bits(a >= b);
         case LaneCompare::IsNan:
             return bits(isNan(a));
+        case LaneCompare::EitherNan:
+            return bits(eitherNan(a, b));
         case LaneCompare::Both:
             return bits((a < b) & (b <= c));
         case LaneCompare::Either:

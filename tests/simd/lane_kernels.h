@@ -47,6 +47,7 @@ enum class LaneCompare {
     Greater,
     GreaterEqual,
     IsNan,
+    EitherNan,
     Both,
     Either,
     Not,

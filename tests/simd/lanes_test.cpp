@@ -141,6 +141,8 @@ bool referenceCompare(LaneCompare op, auto a, auto b, auto c) {
             return a >= b;
         case LaneCompare::IsNan:
             return std::isnan(a);
+        case LaneCompare::EitherNan:
+            return std::isnan(a) || std::isnan(b);
         case LaneCompare::Both:
             return a < b && b <= c;
         case LaneCompare::Either:

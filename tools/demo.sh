@@ -15,6 +15,8 @@ cmake --build build/demo
 mozep=build/demo/tools/mozep/mozep
 
 echo
+"$mozep" info
+echo
 "$mozep" spectrum "$recording" --plot "$picture"
 echo
 echo "The picture of the spectrum: $picture"

@@ -12,6 +12,7 @@ class Failure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+void addInfo(CLI::App& app);
 void addSpectrum(CLI::App& app);
 
 }  // namespace mozep_program

@@ -17,7 +17,8 @@ source=$(cd "$(dirname "$0")/.." && pwd)
 
 # What compilers emit for copies and fills, what set-up computes with, where memory comes from.
 permitted="memcpy memmove memset memcmp bcmp malloc calloc realloc free
-           sin cos sincos exp log fabs floor sqrt sqrtf __stack_chk_fail _GLOBAL_OFFSET_TABLE_"
+           sin cos sincos exp log fabs floor sqrt sqrtf _GLOBAL_OFFSET_TABLE_
+           __stack_chk_fail __memcpy_chk __memmove_chk __memset_chk"
 
 dispatched=$(sed -nE 's/^ZEP_EXPORT(_N8)?\((\w+)\).*/\2/p' "$source/src/core/exports.def")
 core=$(grep -v '^#' "$source/src/core/core_exports.txt")

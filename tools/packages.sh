@@ -21,5 +21,5 @@ need() {
 
 # What each kind of build needs on Debian 12.
 build_packages=(build-essential cmake ninja-build)
-tool_packages=(pkg-config libcli11-dev libsndfile1-dev zlib1g-dev)
+tool_packages=(pkg-config libcli11-dev libsndfile1-dev zlib1g-dev gnuplot-nox)
 test_packages=(libgtest-dev libgmock-dev python3 qemu-user)

@@ -99,9 +99,4 @@ using WideBlock = Block<32>;
 using WideBlock = Block<16>;
 #endif
 
-// Stores before it in the source come before those behind it in the code. A processor joins stores
-// that follow each other within a cache line, up to a whole line a cycle, and compilers like to
-// shuffle them; where they stay in order, a copying loop takes half the time.
-inline void keepStoreOrder() { asm volatile("" : : : "memory"); }
-
 }  // namespace zep::ZEP_VARIANT::simd

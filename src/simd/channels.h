@@ -2,7 +2,6 @@
 // channel.
 #pragma once
 
-#include <array>
 #include <cstddef>
 
 #include "simd/block.h"
@@ -33,20 +32,58 @@ requires(laneBytes == 4) inline Block<32> interleaveHigh(Block<32> a, Block<32> 
 }
 #endif
 
-// From C channels to frames of C lanes, C a power of two. Each round deals two halves of the pack
-// together, as a perfect shuffle of cards does; after log2(C) rounds lane 0 of all channels stands
-// in front.
-template <int laneBytes, class B, std::size_t C>
-inline std::array<B, C> toFrames(std::array<B, C> x) {
-    for (std::size_t round = 1; round < C; round *= 2) {
-        std::array<B, C> y;
-        for (std::size_t k = 0; k < C / 2; ++k) {
-            y[2 * k] = interleaveLow<laneBytes>(x[k], x[k + C / 2]);
-            y[2 * k + 1] = interleaveHigh<laneBytes>(x[k], x[k + C / 2]);
-        }
-        x = y;
+// C registers, by name: compilers keep arrays of them in memory. load(k) gives register k, each(f)
+// calls f(k, register) in order, deal() puts the two halves of the pack together as a perfect
+// shuffle of cards does, lane by lane.
+template <int laneBytes, class B, int C>
+struct Pack;
+
+template <int laneBytes, class B>
+struct Pack<laneBytes, B, 2> {
+    B a, b;
+
+    static Pack load(auto load) { return {load(0), load(1)}; }
+    void each(auto f) const { f(0, a), f(1, b); }
+    Pack deal() const { return {interleaveLow<laneBytes>(a, b), interleaveHigh<laneBytes>(a, b)}; }
+};
+
+template <int laneBytes, class B>
+struct Pack<laneBytes, B, 4> {
+    using Half = Pack<laneBytes, B, 2>;
+    B a, b, c, d;
+
+    static Pack load(auto load) { return {load(0), load(1), load(2), load(3)}; }
+    void each(auto f) const { f(0, a), f(1, b), f(2, c), f(3, d); }
+    Pack deal() const {
+        const auto x = Half{a, c}.deal(), y = Half{b, d}.deal();
+        return {x.a, x.b, y.a, y.b};
     }
-    return x;
+};
+
+template <int laneBytes, class B>
+struct Pack<laneBytes, B, 8> {
+    using Half = Pack<laneBytes, B, 4>;
+    B a, b, c, d, e, f, g, h;
+
+    static Pack load(auto load) {
+        return {load(0), load(1), load(2), load(3), load(4), load(5), load(6), load(7)};
+    }
+    void each(auto to) const {
+        to(0, a), to(1, b), to(2, c), to(3, d), to(4, e), to(5, f), to(6, g), to(7, h);
+    }
+    Pack deal() const {
+        const auto x = Half{a, b, e, f}.deal(), y = Half{c, d, g, h}.deal();
+        return {x.a, x.b, x.c, x.d, y.a, y.b, y.c, y.d};
+    }
+};
+
+// From C channels to frames of C lanes: after log2(C) rounds lane 0 of all channels stands in
+// front.
+template <int laneBytes, class B, int C>
+inline Pack<laneBytes, B, C> toFrames(Pack<laneBytes, B, C> x) {
+    if constexpr (C >= 8) x = x.deal();
+    if constexpr (C >= 4) x = x.deal();
+    return x.deal();
 }
 
 // The parts of a 16-byte register, in order from p in steps of stride bytes.

@@ -58,44 +58,28 @@ template <class B = simd::WideBlock, class Op, class... Src>
 
 inline constexpr std::size_t kLine = 64;
 
-// Blocks in a row, all loaded before the first is stored.
-template <class B, std::size_t count>
-struct Row {
-    B first;
-    Row<B, count - 1> rest;
+// One cache line in registers. Its stores ascend: see zep_kernels_in_store_order.
+template <class B, class = std::make_index_sequence<kLine / B::bytes>>
+struct Line;
+
+template <class B, std::size_t... I>
+struct Line<B, std::index_sequence<I...>> {
+    B blocks[sizeof...(I)];
 
     template <class Op, class... Src>
-    static Row map(Op op, Src... src) {
-        const B block = op(B::load(src)...);
-        return {block, Row<B, count - 1>::map(op, src + B::bytes...)};
+    static Line map(Op op, Src... src) {
+        return {mapBlock<I>(op, src...)...};
     }
-    void store(std::uint8_t* p) const {
-        first.store(p);
-        simd::keepStoreOrder();
-        rest.store(p + B::bytes);
-    }
-    void storeAligned(std::uint8_t* p) const {
-        first.storeAligned(p);
-        simd::keepStoreOrder();
-        rest.storeAligned(p + B::bytes);
-    }
-    void storeStream(std::uint8_t* p) const {
-        first.storeStream(p);
-        rest.storeStream(p + B::bytes);
+    void store(std::uint8_t* p) const { (blocks[I].store(p + I * B::bytes), ...); }
+    void storeAligned(std::uint8_t* p) const { (blocks[I].storeAligned(p + I * B::bytes), ...); }
+    void storeStream(std::uint8_t* p) const { (blocks[I].storeStream(p + I * B::bytes), ...); }
+
+private:
+    template <std::size_t i, class Op, class... Src>
+    static B mapBlock(Op op, Src... src) {
+        return op(B::load(src + i * B::bytes)...);
     }
 };
-
-template <class B>
-struct Row<B, 0> {
-    static Row map(auto...) { return {}; }
-    void store(std::uint8_t*) const {}
-    void storeAligned(std::uint8_t*) const {}
-    void storeStream(std::uint8_t*) const {}
-};
-
-// One cache line in registers.
-template <class B>
-using Line = Row<B, kLine / B::bytes>;
 
 // bytes > kLine. The loop starts at a line of dst where elements of elementBytes allow it; a vector
 // need not be aligned to its elements.

@@ -58,10 +58,8 @@ void flipApart(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
     if (bytes <= 4 * B::bytes) return flipSmall<B, elementBytes>(src, dst, bytes);
     const std::uint8_t* const lastSrc = src + bytes - B::bytes;
     const auto flipLine = [=](std::size_t n) {
-        for (std::size_t i = 0; i < kLine; i += B::bytes) {
+        for (std::size_t i = 0; i < kLine; i += B::bytes)
             reversed<B, elementBytes>(lastSrc - n - i).store(dst + n + i);
-            simd::keepStoreOrder();
-        }
     };
     for (std::size_t n = 0; n < bytes - kLine; n += kLine) flipLine(n);
     flipLine(bytes - kLine);

@@ -14,7 +14,6 @@ namespace zep::ZEP_VARIANT {
 namespace {
 
 constexpr int kHalf = 16;  // bytes within which lanes can be dealt
-constexpr std::ptrdiff_t kLine = 64;
 
 // Samples of a channel in a tile.
 template <class T>
@@ -25,46 +24,46 @@ template <class T>
 constexpr int kTileChannels = (sizeof(T) == 4 ? simd::kFloatBytes : simd::kIntBytes) /
                               int{sizeof(T)};
 
-// Transposes kTileSamples of C channels, src and dst standing at their first sample and first
-// channel.
-template <int C, class T>
-inline void interleaveTile(const T* const* src, std::ptrdiff_t i, T* dst, std::ptrdiff_t ch) {
+// Transposes kTileSamples from i on of C channels, src and dst standing at their first channel.
+// alone: there are no other channels, so frames follow each other.
+template <int C, bool alone, class T>
+[[gnu::always_inline]] inline void interleaveTile(const T* const* src, std::ptrdiff_t i, T* dst,
+                                                  std::ptrdiff_t ch) {
     constexpr int laneBytes = int{sizeof(T)};
     constexpr int frameBytes = C * laneBytes;
     if constexpr (frameBytes <= kHalf) {
-        std::array<simd::Block<kHalf>, C> x;
-        for (std::size_t c = 0; c < C; ++c) x[c] = simd::Block<kHalf>::load(src[c] + i);
-        x = simd::toFrames<laneBytes>(x);
+        using B = simd::Block<kHalf>;
         constexpr std::ptrdiff_t framesOfRegister = kHalf / frameBytes;
-        for (std::ptrdiff_t r = 0; r < C; ++r) {
+        const auto x =
+            simd::Pack<laneBytes, B, C>::load([=](int c) { return B::load(src[c] + i); });
+        simd::toFrames(x).each([=](int r, B frames) {
             T* const frame = dst + (i + r * framesOfRegister) * ch;
-            if (ch == C)
-                x[static_cast<std::size_t>(r)].store(frame);
+            if constexpr (alone)
+                frames.store(frame);
             else
-                simd::storeParts<frameBytes>(x[static_cast<std::size_t>(r)], frame, ch * laneBytes);
-        }
+                simd::storeParts<frameBytes>(frames, frame, ch * laneBytes);
+        });
     } else {
         // Lower halves hold the first C / 2 channels, upper ones the others.
-        std::array<simd::Block<frameBytes>, C / 2> x;
-        for (std::size_t c = 0; c < C / 2; ++c)
-            x[c] = simd::Block<frameBytes>::loadHalves(src[c] + i, src[c + C / 2] + i);
-        x = simd::toFrames<laneBytes>(x);
-        for (std::ptrdiff_t r = 0; r < C / 2; ++r)
-            x[static_cast<std::size_t>(r)].store(dst + (i + r) * ch);
+        using B = simd::Block<frameBytes>;
+        const auto x = simd::Pack<laneBytes, B, C / 2>::load(
+            [=](int c) { return B::loadHalves(src[c] + i, src[c + C / 2] + i); });
+        simd::toFrames(x).each([=](int r, B frame) { frame.store(dst + (i + r) * ch); });
     }
 }
 
 // Samples first to last of the C channels from c on; at least one tile of them.
-template <int C, class T>
+template <int C, bool alone, class T>
 void interleaveGroup(const T* const* src, std::ptrdiff_t c, std::ptrdiff_t ch, std::ptrdiff_t first,
                      std::ptrdiff_t last, T* dst) {
     std::ptrdiff_t i = first;
     for (; i + kTileSamples<T> <= last; i += kTileSamples<T>)
-        interleaveTile<C>(src + c, i, dst + c, ch);
-    if (i != last) interleaveTile<C>(src + c, last - kTileSamples<T>, dst + c, ch);
+        interleaveTile<C, alone>(src + c, i, dst + c, alone ? C : ch);
+    if (i != last)
+        interleaveTile<C, alone>(src + c, last - kTileSamples<T>, dst + c, alone ? C : ch);
 }
 
-// The same for all channels; ch >= 2.
+// The same for all channels; ch >= 3.
 template <class T>
 void interleaveBlock(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t first,
                      std::ptrdiff_t last, T* dst) {
@@ -77,9 +76,9 @@ void interleaveBlock(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t firs
         while (width > 2 && (width / 2 >= rest || width > ch)) width /= 2;
         const std::ptrdiff_t from = width <= rest ? c : ch - width;
         if constexpr (widest >= 8)
-            if (width == 8) interleaveGroup<8>(src, from, ch, first, last, dst);
-        if (width == 4) interleaveGroup<4>(src, from, ch, first, last, dst);
-        if (width == 2) interleaveGroup<2>(src, from, ch, first, last, dst);
+            if (width == 8) interleaveGroup<8, false>(src, from, ch, first, last, dst);
+        if (width == 4) interleaveGroup<4, false>(src, from, ch, first, last, dst);
+        if (width == 2) interleaveGroup<2, false>(src, from, ch, first, last, dst);
         c = from + width;
     }
 }
@@ -94,7 +93,10 @@ void interleaveShort(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len,
 template <class T>
 void interleave(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len, T* dst) {
     if (len < kTileSamples<T>) return interleaveShort(src, ch, len, dst);
-    if (ch == 2) return interleaveGroup<2>(src, 0, 2, 0, len, dst);
+    if (ch == 2) return interleaveGroup<2, true>(src, 0, 2, 0, len, dst);
+    if (ch == 4) return interleaveGroup<4, true>(src, 0, 4, 0, len, dst);
+    if constexpr (kTileChannels<T> >= 8)
+        if (ch == 8) return interleaveGroup<8, true>(src, 0, 8, 0, len, dst);
     constexpr std::ptrdiff_t kBlock = kLine / sizeof(T);
     for (std::ptrdiff_t first = 0; first < len;) {
         // A rest shorter than a tile goes with the block before it.

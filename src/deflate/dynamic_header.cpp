@@ -16,8 +16,8 @@ constexpr unsigned kCodeLengthItemBits = 14;
 constexpr Zep8u kCodeLengthOrder[kCodeLengthSymbols] = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                         11, 4,  12, 3, 13, 2, 14, 1, 15};
 
-constexpr LiteralAlphabet kLiteralAlphabet = makeLiteralAlphabet(kNoLiteral);
-constexpr DistanceAlphabet kDistanceAlphabet = makeDistanceAlphabet(kNoDistance);
+constexpr LiteralAlphabet kLiteralAlphabet = makeLiteralAlphabet(kNoSymbol);
+constexpr DistanceAlphabet kDistanceAlphabet = makeDistanceAlphabet(kNoSymbol);
 
 // Entries that no code reaches keep what they held.
 void buildCodeLengthTable(ZepLZ77State& state) {
@@ -98,12 +98,15 @@ ZepStatus decodeDynamicHeader(BitInput& in, ZepLZ77State& state) {
         state.status = kCodeLengths;
     }
     if (const ZepStatus status = decodeCodeLengths(in, state); status != zepStsNoErr) return status;
+    using Layout = DynamicLayout;
+    TableEntry* const table = state.tables;
     buildTable<kMaxLiteralCodes>(state.codeLengths, state.literalCodeCount,
-                                 kLiteralAlphabet.entries, kNoLiteral, kLiteralLink,
-                                 kLiteralRootBits, state.literalTable);
+                                 kLiteralAlphabet.entries, kNoLiteral, Layout::rootBits, table,
+                                 table, Layout::literalSubtables);
     buildTable<kMaxDistanceCodes>(state.codeLengths + state.literalCodeCount,
                                   state.distanceCodeCount, kDistanceAlphabet.entries, kNoDistance,
-                                  kDistanceLink, kDistanceRootBits, state.distanceTable);
+                                  Layout::rootBits, table, table + Layout::distance,
+                                  Layout::distanceSubtables);
     state.status = kSymbols;
     return zepStsNoErr;
 }

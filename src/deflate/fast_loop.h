@@ -1,138 +1,210 @@
-// Decoding symbols while neither the input nor the output can end within one of them: no check but
-// for the end of the block.
+// Decoding symbols while neither the input nor the output can end within one of them.
 //
-// Refilling takes one unaligned load and no branch: the bits of the loaded word that are already
-// held are or-ed in once more, so bits above count are not garbage but simply not counted yet. Only
-// the low six bits of count mean anything; that saves masking what is subtracted from it. After a
-// refill 56 to 63 bits are held: two root look-ups of literals and a match length, or a whole
-// distance after another refill. The next entry is looked up before the match is copied, so that
-// the copy overlaps the latency of the load.
+// Whether a literal, a match length or a distance comes next is close to random, and a mispredicted
+// branch costs as much as two symbols. So a step decodes one symbol of any kind without a branch:
+// it looks up the table that the symbol before has chosen, copies 32 bytes to the output, from the
+// place that the entry's kind selects, and moves on by as many as count. Branches remain for what
+// is rare: long matches, near ones, subtables, the end of the block.
+//
+//   literal    copies from an array in which byte n is n, moves on by 1
+//   length     is kept for the next step, moves on by 0: what it has copied is overwritten
+//   distance   copies from the output, or from the history window, moves on by the length
+//
+// What limits the speed is the chain shift, mask, load from one look-up to the next; all else runs
+// beside it. Refilling takes one unaligned load and no branch: the bits of the loaded word that are
+// already held are or-ed in once more, so the bits above count are those of the stream, only not
+// counted yet. Only the low six bits of count mean anything; that saves masking what is subtracted
+// from it. 56 to 63 bits after a refill serve two steps (root entries take at most 16 and 24 bits)
+// and the look-up of a third.
 #pragma once
 
+#include <cstdint>
 #include <cstring>
 
 #include "deflate/bit_input.h"
 #include "deflate/careful_loop.h"
 #include "deflate/match_copy.h"
 #include "deflate/table_format.h"
+#include "simd/select.h"
 
 namespace zep::ZEP_VARIANT {
 
-// An iteration loads at most 3 words and moves on by 21 bytes.
+inline constexpr unsigned kStepBytes = 32;
+// A round takes at most 3 refills: 24 bytes.
 inline constexpr std::ptrdiff_t kFastInput = 32;
-// Six literals and the longest match, which is written in whole vectors.
-inline constexpr std::ptrdiff_t kFastOutput = 6 + kMaxMatch + kCopyOvershoot;
+// Two short steps, the second one written in full. A long match looks after itself.
+inline constexpr std::ptrdiff_t kFastOutput = 3 * kStepBytes;
 
-template <class Code, bool kHistory>
-Stop decodeFast(const Code& code, BitInput& in, Output& out) {
-    const TableEntry* const literalTable = code.literal;
-    const TableEntry* const distanceTable = code.distance;
-    Zep64u bits = in.bits;
-    unsigned count = in.count;
-    Zep8u* next = in.next;
-    Zep8u* dst = out.next;
-    Zep8u* const inEnd = in.end - kFastInput;
-    Zep8u* const outEnd = out.end - kFastOutput;
-    Stop stop = Stop::none;
+// Source of literals and, readable but of no account, of steps that decode a match length.
+struct LiteralBytes {
+    Zep8u bytes[kMaxMatch + 1 + kStepBytes];
+};
+constexpr LiteralBytes makeLiteralBytes() {
+    LiteralBytes t{};
+    for (unsigned i = 0; i < 256; ++i) t.bytes[i] = static_cast<Zep8u>(i);
+    return t;
+}
+inline constexpr LiteralBytes kLiteralBytes = makeLiteralBytes();
 
-    const auto refill = [&] {
+// kHistory: matches may reach beyond this call's output.
+template <class Layout, bool kHistory>
+class FastLoop {
+public:
+    FastLoop(const TableEntry* tables, const BitInput& in, Output& out, ZepLZ77State& state)
+        : tables_(tables),
+          bits_(in.bits),
+          count_(in.count),
+          next_(in.next),
+          inEnd_(in.end - kFastInput),
+          dst_(out.next),
+          outEnd_(out.end - kFastOutput),
+          begin_(out.begin),
+          window_(out.window),
+          windowOffset_(out.windowPos - reinterpret_cast<std::uintptr_t>(out.begin)),
+          out_(out),
+          state_(state) {
+        // From there on no match reaches beyond the output.
+        if (kHistory && outEnd_ - begin_ > kWindowBytes) outEnd_ = begin_ + kWindowBytes;
+    }
+
+    // Inlined, so that the members live in registers.
+    [[gnu::always_inline]] Stop run(BitInput& in) {
+        refill();
+        entry_ = lookUpRoot(0);
+        do {
+            if (!step() || !step()) break;
+            refill();
+        } while (next_ < inEnd_ && dst_ < outEnd_);
+        // A length whose distance is still to come: there is input for it, and room for what
+        // copyMatch does.
+        if (stop_ == Stop::none && length_ != 0) step();
+
+        in.bits = bits_;
+        in.count = count_ & 63;
+        in.next = next_;
+        in.clearAboveCount();
+        out_.next = dst_;
+        return stop_;
+    }
+
+private:
+    [[gnu::always_inline]] void refill() {
         Zep64u word;
-        std::memcpy(&word, next, 8);
-        bits |= word << (count & 63);
-        next += 7 - ((count >> 3) & 7);
-        count |= 56;
-    };
-    const auto root = [&] {
-        return literalTable[static_cast<unsigned>(bits) & ((1u << Code::literalBits) - 1)];
-    };
-    const auto consume = [&](TableEntry e) {
-        bits >>= e & 63;
-        count -= e;
-    };
-    const auto putLiterals = [&](TableEntry e) { *dst++ = static_cast<Zep8u>(e >> 16); };
+        std::memcpy(&word, next_, 8);
+        bits_ |= word << (count_ & 63);
+        next_ += 7 - ((count_ >> 3) & 7);
+        count_ |= 56;
+    }
+    // kind: the entry before, whose kLength bit leads to the distance table
+    [[gnu::always_inline]] TableEntry lookUpRoot(TableEntry kind) const {
+        constexpr unsigned kScale = 0x2000 / (Layout::distance * sizeof(TableEntry));
+        const TableEntry* table = tables_ + (kind & 0x2000) / kScale / sizeof(TableEntry);
+        return table[static_cast<unsigned>(bits_) & (Layout::rootSize - 1)];
+    }
+    [[gnu::always_inline]] void consume(TableEntry e) {
+        bits_ >>= e & 63;
+        count_ -= e;
+    }
 
-    refill();
-    TableEntry e = root();
-    do {
-        Zep64u before = bits;
+    // False: the loop has to be left; a length may be waiting for its distance.
+    [[gnu::always_inline]] bool step() {
+        if ((entry_ & (kSpecial | kNear)) != 0) [[unlikely]] {
+            if ((entry_ & kLink) != 0) {
+                entry_ =
+                    tables_[valueOf(entry_) + (static_cast<unsigned>(bits_ >> Layout::rootBits) &
+                                               ((1u << codeBitsOf(entry_)) - 1))];
+                // The two steps may now take more than was reckoned with.
+                refill();
+            }
+            if ((entry_ & kSpecial) != 0) {
+                consume(entry_);
+                stop_ = valueOf(entry_) == valueOf(kEndOfBlock) ? Stop::endOfBlock : Stop::corrupt;
+                return false;
+            }
+            if ((entry_ & kNear) != 0) {
+                const std::size_t distance = valueWithExtra(entry_, bits_);
+                consume(entry_);
+                return copyInFull(distance);
+            }
+        }
+        const TableEntry e = entry_;
+        const Zep64u before = bits_;
         consume(e);
-        if ((e & kMatch) == 0) {
-            putLiterals(e);
-            e = root();
-            before = bits;
-            consume(e);
-            if ((e & kMatch) == 0) {
-                putLiterals(e);
-                e = root();
-                before = bits;
-                consume(e);
-                if ((e & kMatch) == 0) {
-                    putLiterals(e);
-                    e = root();
-                    refill();
-                    continue;
-                }
-            }
-        }
-        if (e & kSpecial) [[unlikely]] {
-            if (e & kLink) {
-                e = literalTable[valueOf(e) + (static_cast<unsigned>(bits >> Code::literalBits) &
-                                               ((1u << codeBitsOf(e)) - 1))];
-                consume(e);
-                if ((e & kMatch) == 0) {
-                    putLiterals(e);
-                    e = root();
-                    refill();
-                    continue;
-                }
-            }
-            if (e & kSpecial) {
-                stop = valueOf(e) == 0 ? Stop::endOfBlock : Stop::corrupt;
-                break;
-            }
-        }
-        std::size_t length = lengthOf(e, before);
+        entry_ = lookUpRoot(e);
 
-        e = distanceTable[static_cast<unsigned>(bits) & ((1u << Code::distanceBits) - 1)];
-        refill();
-        if (e & kSpecial) [[unlikely]] {
-            if (e & kLink)
-                e = distanceTable[valueOf(e) + (static_cast<unsigned>(bits >> Code::distanceBits) &
-                                                ((1u << codeBitsOf(e)) - 1))];
-            if (e & kSpecial) {
-                consume(e);
-                stop = Stop::corrupt;
-                break;
-            }
-        }
-        const std::size_t distance = distanceOf(e, bits);
-        consume(e);
-        e = root();
-        refill();
+        const unsigned own =
+            static_cast<unsigned>(before) - (static_cast<unsigned>(bits_) << (e & 31));
+        const std::size_t value = std::size_t{e >> 16} + std::size_t{own >> ((e >> 8) & 31)};
+        const std::size_t advance = length_ + ((e / kLiteral) & 1);
 
-        if (kHistory && distance > static_cast<std::size_t>(dst - out.begin)) {
-            const std::size_t back = distance - static_cast<std::size_t>(dst - out.begin);
-            if (back >= length) {
-                copyDisjoint(dst, out.window + ((out.windowPos - back) & (kWindowBytes - 1)),
-                             length);
-                dst += length;
-            } else {
-                out.next = dst;
-                copyMatchExact(out, length, distance);
-                dst = out.next;
-            }
-        } else {
-            copyWithin(dst, distance, length);
-            dst += length;
+        // All addresses are kDistanceFlag too low, since the flag is part of the value.
+        const std::uintptr_t literal = address(kLiteralBytes.bytes) - kDistanceFlag + value;
+        std::uintptr_t back = address(dst_) - value;
+        bool straddles = false;
+        if constexpr (kHistory) {
+            const std::uintptr_t inWindow =
+                address(window_) - kDistanceFlag +
+                ((back + windowOffset_ + kDistanceFlag) & (kWindowBytes - 1));
+            const std::uintptr_t begin = address(begin_) - kDistanceFlag;
+            straddles = begin - back < length_;
+            back = simd::selectBelow(back, begin, inWindow, back);
         }
-    } while (next < inEnd && dst < outEnd);
+        const std::uintptr_t from =
+            simd::selectNegative(static_cast<std::int32_t>(e), back, literal);
+        const Zep8u* const src = reinterpret_cast<const Zep8u*>(from + kDistanceFlag);
 
-    in.bits = bits;
-    in.count = count & 63;
-    in.next = next;
-    in.clearAboveCount();
-    out.next = dst;
-    return stop;
+        if (straddles) [[unlikely]]
+            return copyInFull(value - kDistanceFlag);
+        copyBlock<16>(dst_, src);
+        copyBlock<16>(dst_ + 16, src + 16);
+        if (advance > kStepBytes) [[unlikely]] {
+            if (static_cast<std::size_t>(out_.end - dst_) < advance + kCopyOvershoot)
+                return copyInFull(value - kDistanceFlag);
+            copyWide(dst_ + 32, src + 32, advance - 32);
+            dst_ += advance;
+            length_ = 0;
+            return dst_ < outEnd_;
+        }
+        dst_ += advance;
+        length_ = value & static_cast<std::size_t>(
+                              static_cast<std::ptrdiff_t>(static_cast<std::int16_t>(e)) >> 63);
+        return true;
+    }
+
+    // The match of this length_, with every check.
+    [[gnu::always_inline]] bool copyInFull(std::size_t distance) {
+        out_.next = dst_;
+        copyMatch(out_, length_, distance, state_);
+        dst_ = out_.next;
+        length_ = 0;
+        entry_ = lookUpRoot(0);
+        return dst_ < outEnd_;
+    }
+
+    static constexpr std::uintptr_t kDistanceFlag = kDistance >> 16;
+    static std::uintptr_t address(const Zep8u* p) { return reinterpret_cast<std::uintptr_t>(p); }
+
+    const TableEntry* tables_;
+    TableEntry entry_ = 0;  // of the next symbol, not consumed
+    Zep64u bits_;
+    unsigned count_;
+    Zep8u* next_;
+    Zep8u* inEnd_;
+    Zep8u* dst_;
+    Zep8u* outEnd_;
+    std::size_t length_ = 0;  // of the match whose distance comes next, else 0
+    Stop stop_ = Stop::none;
+    Zep8u* begin_;
+    const Zep8u* window_;
+    std::uintptr_t windowOffset_;  // address in the output -> index in the window
+    Output& out_;
+    ZepLZ77State& state_;
+};
+
+template <class Layout, bool kHistory>
+[[gnu::noinline]] Stop decodeFast(const TableEntry* tables, BitInput& in, Output& out,
+                                  ZepLZ77State& state) {
+    return FastLoop<Layout, kHistory>(tables, in, out, state).run(in);
 }
 
 }  // namespace zep::ZEP_VARIANT

@@ -7,15 +7,14 @@
 namespace zep::ZEP_VARIANT {
 
 struct FixedTables {
-    TableEntry literal[1u << FixedCode::literalBits];
-    TableEntry distance[1u << FixedCode::distanceBits];
+    TableEntry entries[2 * FixedLayout::rootSize];
 };
 
 constexpr FixedTables makeFixedTables() {
     // The codes of the four symbols without a meaning are consumed before they are refused, unlike
     // those of a dynamic block.
-    const LiteralAlphabet literals = makeLiteralAlphabet(kBadLiteral);
-    const DistanceAlphabet distances = makeDistanceAlphabet(kBadDistance);
+    const LiteralAlphabet literals = makeLiteralAlphabet(kBad);
+    const DistanceAlphabet distances = makeDistanceAlphabet(kBad);
     Zep16u literalLengths[kMaxLiteralCodes] = {};
     for (int s = 0; s < kMaxLiteralCodes; ++s)
         literalLengths[s] = s < 144 ? 8 : s < 256 ? 9 : s < 280 ? 7 : 8;
@@ -24,9 +23,10 @@ constexpr FixedTables makeFixedTables() {
 
     FixedTables t{};
     buildTable<kMaxLiteralCodes>(literalLengths, kMaxLiteralCodes, literals.entries, kNoLiteral,
-                                 kLiteralLink, FixedCode::literalBits, t.literal);
+                                 FixedLayout::rootBits, t.entries, t.entries, 0);
     buildTable<kMaxDistanceCodes>(distanceLengths, kMaxDistanceCodes, distances.entries,
-                                  kNoDistance, kDistanceLink, FixedCode::distanceBits, t.distance);
+                                  kNoDistance, FixedLayout::rootBits, t.entries,
+                                  t.entries + FixedLayout::distance, 0);
     return t;
 }
 

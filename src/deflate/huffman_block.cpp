@@ -36,15 +36,10 @@ ZepStatus readBlockHeader(BitInput& in, BlockType type, ZepLZ77State& state) {
 }
 
 void finishPendingMatch(Output& out, ZepLZ77State& state) {
-    std::size_t n = static_cast<std::size_t>(state.pendingMatchLength);
+    const std::size_t length = static_cast<std::size_t>(state.pendingMatchLength);
     const std::size_t distance = static_cast<std::size_t>(state.pendingMatchDistance);
-    if (n > out.room()) {
-        n = out.room();
-        state.pendingMatchLength -= static_cast<Zep32s>(n);
-    } else {
-        state.pendingMatchLength = state.pendingMatchDistance = 0;
-    }
-    copyMatchExact(out, n, distance);
+    state.pendingMatchLength = state.pendingMatchDistance = 0;
+    copyMatch(out, length, distance, state);
 }
 
 // Full output is not the end of the data: when the input is used up, a whole byte that is still
@@ -74,16 +69,17 @@ ZepStatus leaveAtEndOfBlock(BitInput& in, ZepLZ77State& state) {
     return zepStsStreamEnd;
 }
 
-template <class Code>
-ZepStatus decodeSymbols(const Code& code, BitInput& in, Output& out, ZepLZ77State& state) {
+template <class Layout>
+ZepStatus decodeSymbols(const TableEntry* tables, BitInput& in, Output& out, ZepLZ77State& state) {
     const auto mayRunFast = [&] {
         return in.end - in.next > kFastInput && out.end - out.next > kFastOutput && in.count < 64;
     };
     Stop stop;
     do {
-        stop = decodeCarefully(code, in, out, state, mayRunFast);
+        stop = decodeCarefully<Layout>(tables, in, out, state, mayRunFast);
         if (stop != Stop::none) break;
-        stop = decodeFast<Code, true>(code, in, out);
+        stop = out.written() < kWindowBytes ? decodeFast<Layout, true>(tables, in, out, state)
+                                            : decodeFast<Layout, false>(tables, in, out, state);
     } while (stop == Stop::none);
     switch (stop) {
         case Stop::inputEmpty:
@@ -104,11 +100,10 @@ ZepStatus decodeBlock(BitInput& in, Output& out, BlockType type, ZepLZ77State& s
     if (state.status == kBlockHeader)
         if (const ZepStatus s = readBlockHeader(in, type, state); s != zepStsNoErr) return s;
     if (type == kFixedBlock)
-        return decodeSymbols(FixedCode{kFixedTables.literal, kFixedTables.distance}, in, out,
-                             state);
+        return decodeSymbols<FixedLayout>(kFixedTables.entries, in, out, state);
     if (state.status != kSymbols)
         if (const ZepStatus s = decodeDynamicHeader(in, state); s != zepStsNoErr) return s;
-    return decodeSymbols(DynamicCode{state.literalTable, state.distanceTable}, in, out, state);
+    return decodeSymbols<DynamicLayout>(state.tables, in, out, state);
 }
 
 ZepStatus huffmanCall(Zep8u** ppSrc, Zep32s* pSrcLen, Zep8u** ppDst, Zep32s* pDstLen,

@@ -13,6 +13,9 @@
 
 namespace zep::ZEP_VARIANT {
 
+// A symbol that must not get an entry, whatever its length.
+inline constexpr TableEntry kNoSymbol = ~TableEntry{0};
+
 // What a symbol's entry holds before the code length is known: value, flags and extra-bit count in
 // bits 0-7.
 struct LiteralAlphabet {
@@ -24,15 +27,15 @@ struct DistanceAlphabet {
 
 constexpr LiteralAlphabet makeLiteralAlphabet(TableEntry unassigned) {
     LiteralAlphabet a{};
-    for (unsigned s = 0; s < 256; ++s) a.entries[s] = kOneLiteral | s << 16;
+    for (unsigned s = 0; s < 256; ++s) a.entries[s] = kLiteral | s << 16;
     a.entries[256] = kEndOfBlock;
-    unsigned base = 0;
+    unsigned base = kMinMatch;
     for (unsigned s = 257; s < 285; ++s) {
         const unsigned extra = s < 265 ? 0 : (s - 261) / 4;
-        a.entries[s] = kMatch | base << 24 | extra;
+        a.entries[s] = kLength | base << 16 | extra;
         base += 1u << extra;
     }
-    a.entries[285] = kMatch | unsigned{kMaxMatch - kMinMatch} << 24;
+    a.entries[285] = kLength | unsigned{kMaxMatch} << 16;
     a.entries[286] = a.entries[287] = unassigned;
     return a;
 }
@@ -42,7 +45,7 @@ constexpr DistanceAlphabet makeDistanceAlphabet(TableEntry unassigned) {
     unsigned base = 1;
     for (unsigned s = 0; s < 30; ++s) {
         const unsigned extra = s < 4 ? 0 : (s - 2) / 2;
-        a.entries[s] = base << 16 | extra;
+        a.entries[s] = base << 16 | extra | (s < kNearDistanceSymbols ? kNear : 0) | kDistance;
         base += 1u << extra;
     }
     a.entries[30] = a.entries[31] = unassigned;
@@ -62,7 +65,8 @@ constexpr bool nextCode(unsigned& code, int length) {
 // without a symbol; link is the flags of a link.
 template <int kMaxSymbols>
 constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* alphabet,
-                          TableEntry nothing, TableEntry link, int rootBits, TableEntry* table) {
+                          TableEntry nothing, int rootBits, TableEntry* base, TableEntry* table,
+                          unsigned start) {
     unsigned count[kMaxCodeBits + 1] = {};
     for (int s = 0; s < symbols; ++s) ++count[lengths[s]];
     count[0] = 0;
@@ -83,7 +87,7 @@ constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* 
     const auto entryOf = [&](unsigned symbol, int length) {
         const TableEntry e = alphabet[symbol];
         const unsigned n = static_cast<unsigned>(length);
-        return (e & kUnassigned) != 0 ? e : e + (n << 8) + n;
+        return e == kNoSymbol ? nothing : e + (n << 8) + n;
     };
 
     // The root, doubled from length to length.
@@ -104,7 +108,7 @@ constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* 
     }
 
     // Subtables, each as wide as the longest code with its prefix.
-    unsigned start = rootSize, prefix = rootSize;
+    unsigned prefix = rootSize;
     unsigned subSize = 0;
     for (int n = rootBits + 1; n <= longest; ++n) {
         for (unsigned left = count[n]; left > 0; --left, ++next) {
@@ -118,12 +122,12 @@ constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* 
                     used = 2 * used + count[rootBits + width + 1];
                 subSize = 1u << width;
                 if (incomplete)
-                    for (unsigned i = 0; i < subSize; ++i) table[start + i] = nothing;
-                table[prefix] = link | start << 16 | static_cast<unsigned>(width) << 8;
+                    for (unsigned i = 0; i < subSize; ++i) base[start + i] = nothing;
+                table[prefix] = kSpecial | kLink | start << 16 | static_cast<unsigned>(width) << 8;
             }
             const TableEntry e = entryOf(*next, n);
             for (unsigned i = code >> rootBits; i < subSize; i += 1u << (n - rootBits))
-                table[start + i] = e;
+                base[start + i] = e;
             free = nextCode(code, n);
         }
     }

@@ -13,8 +13,7 @@ namespace {
 struct Storage {
     ZepLZ77State state;
     Zep16u codeLengths[kMaxLiteralCodes + kMaxDistanceCodes];
-    Zep32u literalTable[tableCapacity(kMaxLiteralCodes, kLiteralRootBits)];
-    Zep32u distanceTable[tableCapacity(kMaxDistanceCodes, kDistanceRootBits)];
+    Zep32u tables[DynamicLayout::size];
     Zep8u window[kWindowBytes + kWindowMirror + kWindowSlack];
 };
 
@@ -31,8 +30,7 @@ ZepStatus zepsDecodeLZ77InitAlloc_8u(Zep32s initArgument, ZepLZ77State** ppState
     state.initArgument = initArgument;
     state.window = storage->window;
     state.codeLengths = storage->codeLengths;
-    state.literalTable = storage->literalTable;
-    state.distanceTable = storage->distanceTable;
+    state.tables = storage->tables;
     *ppState = &state;
     return zepStsNoErr;
 }

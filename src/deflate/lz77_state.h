@@ -53,6 +53,5 @@ struct ZepLZ77State {
     Zep32u codeLengthCodeLengths[19];
     Zep8u codeLengthSymbols[128];
     Zep8u codeLengthBits[128];
-    Zep32u* literalTable;  // of the current dynamic block
-    Zep32u* distanceTable;
+    Zep32u* tables;  // of the current dynamic block
 };

@@ -98,11 +98,13 @@ struct ComplexShuffle<Vec<float, 8>> {
     }
     static void transpose(V (&r)[8]) {
         __m256 t[8], u[8];
+#pragma GCC unroll 16
         for (int i = 0; i < 4; ++i) {
             // Rows 2i and 2i + 1, interleaved within the 16-byte halves.
             t[2 * i] = _mm256_unpacklo_ps(r[2 * i].v, r[2 * i + 1].v);
             t[2 * i + 1] = _mm256_unpackhi_ps(r[2 * i].v, r[2 * i + 1].v);
         }
+#pragma GCC unroll 16
         for (int i = 0; i < 2; ++i) {
             // Quadruples of rows 4i .. 4i + 3.
             u[4 * i] = _mm256_shuffle_ps(t[4 * i], t[4 * i + 2], 0x44);
@@ -110,6 +112,7 @@ struct ComplexShuffle<Vec<float, 8>> {
             u[4 * i + 2] = _mm256_shuffle_ps(t[4 * i + 1], t[4 * i + 3], 0x44);
             u[4 * i + 3] = _mm256_shuffle_ps(t[4 * i + 1], t[4 * i + 3], 0xEE);
         }
+#pragma GCC unroll 16
         for (int i = 0; i < 4; ++i) {
             r[i].v = _mm256_permute2f128_ps(u[i], u[i + 4], 0x20);
             r[i + 4].v = _mm256_permute2f128_ps(u[i], u[i + 4], 0x31);

@@ -12,7 +12,7 @@ enum class Direction { Forward, Inverse };
 
 // x * w forward, x * conj(w) inverse: one table of twiddles serves both directions.
 template <Direction D, class C>
-inline C rotate(C x, C w) {
+[[gnu::always_inline]] inline C rotate(C x, C w) {
     if constexpr (D == Direction::Forward)
         return {x.re * w.re - x.im * w.im, x.re * w.im + x.im * w.re};
     else
@@ -21,14 +21,14 @@ inline C rotate(C x, C w) {
 
 // a + b * (-i) forward, a + b * i inverse; and the difference.
 template <Direction D, class C>
-inline C addQuarter(C a, C b) {
+[[gnu::always_inline]] inline C addQuarter(C a, C b) {
     if constexpr (D == Direction::Forward)
         return {a.re + b.im, a.im - b.re};
     else
         return {a.re - b.im, a.im + b.re};
 }
 template <Direction D, class C>
-inline C subQuarter(C a, C b) {
+[[gnu::always_inline]] inline C subQuarter(C a, C b) {
     if constexpr (D == Direction::Forward)
         return {a.re - b.im, a.im + b.re};
     else
@@ -36,7 +36,7 @@ inline C subQuarter(C a, C b) {
 }
 
 template <Direction D, class C>
-inline void butterfly4(C& x0, C& x1, C& x2, C& x3) {
+[[gnu::always_inline]] inline void butterfly4(C& x0, C& x1, C& x2, C& x3) {
     const C a = x0 + x2, c = x0 - x2, d = x1 + x3, e = x1 - x3;
     x0 = a + d;
     x1 = addQuarter<D>(c, e);
@@ -46,7 +46,7 @@ inline void butterfly4(C& x0, C& x1, C& x2, C& x3) {
 
 // x * exp(-pi*i/4) forward, x * exp(pi*i/4) inverse.
 template <Direction D, class C, class V>
-inline C rotateEighth(C x, V sqrtHalf) {
+[[gnu::always_inline]] inline C rotateEighth(C x, V sqrtHalf) {
     if constexpr (D == Direction::Forward)
         return C{x.re + x.im, x.im - x.re} * sqrtHalf;
     else
@@ -55,14 +55,14 @@ inline C rotateEighth(C x, V sqrtHalf) {
 
 // The odd half, rotated: joined with the even half by joinHalves8.
 template <Direction D, class C, class V>
-inline void rotateOdd8(C& o1, C& o3, V sqrtHalf) {
+[[gnu::always_inline]] inline void rotateOdd8(C& o1, C& o3, V sqrtHalf) {
     o1 = rotateEighth<D>(o1, sqrtHalf);
     // exp(-3*pi*i/4) is exp(-pi*i/4) times -i; the -i is left to the join.
     o3 = rotateEighth<D>(o3, sqrtHalf);
 }
 
 template <Direction D, class C>
-inline void butterfly8(C (&x)[8]) {
+[[gnu::always_inline]] inline void butterfly8(C (&x)[8]) {
     using V = decltype(x[0].re);
     const V sqrtHalf = V::broadcast(0.70710678f);
     butterfly4<D>(x[1], x[3], x[5], x[7]);
@@ -83,7 +83,7 @@ inline void butterfly8(C (&x)[8]) {
 }
 
 template <Direction D, int R, class C>
-inline void butterfly(C (&x)[R]) {
+[[gnu::always_inline]] inline void butterfly(C (&x)[R]) {
     static_assert(R == 2 || R == 4 || R == 8);
     if constexpr (R == 2) {
         const C a = x[0];

@@ -21,6 +21,7 @@ struct RowTwiddles {
 template <class V, int R>
 constexpr RowTwiddles<V, R> makeRowTwiddles() {
     RowTwiddles<V, R> table{};
+#pragma GCC unroll 16
     for (int k = 0; k < R; ++k)
         for (int s = 0; s < V::lanes; ++s) {
             table.w[k][s] = constantCosine(k * simd::slotElement<V>(s), R * V::lanes);
@@ -44,8 +45,10 @@ inline void directSingle(const float* src, float* dst, float scale) {
     using V = simd::Vec<float, 1>;
     using C = simd::SplitComplex<V>;
     C x[N];
+#pragma GCC unroll 16
     for (int n = 0; n < N; ++n) x[n] = C::load(src + 2 * n);
     if constexpr (N > 1) butterfly<D, N>(x);
+#pragma GCC unroll 16
     for (int k = 0; k < N; ++k) scaledIf<kScaled>(x[k], V::broadcast(scale)).store(dst + 2 * k);
 }
 
@@ -56,11 +59,15 @@ inline void directRows(const float* src, float* dst, float scale) {
     constexpr int W = V::lanes;
     static_assert(R % W == 0);
     C x[R];
+#pragma GCC unroll 16
     for (int n = 0; n < R; ++n) x[n] = S::loadInterleaved(src + 2 * W * n);
     butterfly<D, R>(x);
+#pragma GCC unroll 16
     for (int k = 1; k < R; ++k) x[k] = rotate<D>(x[k], C::load(kRowTwiddles<V, R>.w[k]));
+#pragma GCC unroll 16
     for (int k1 = 0; k1 < R; k1 += W) {
         V re[W], im[W];
+#pragma GCC unroll 16
         for (int s = 0; s < W; ++s) {
             re[s] = x[k1 + simd::slotElement<V>(s)].re;
             im[s] = x[k1 + simd::slotElement<V>(s)].im;
@@ -68,8 +75,10 @@ inline void directRows(const float* src, float* dst, float scale) {
         S::transpose(re);
         S::transpose(im);
         C y[W];
+#pragma GCC unroll 16
         for (int s = 0; s < W; ++s) y[simd::slotElement<V>(s)] = {re[s], im[s]};
         butterfly<D, W>(y);
+#pragma GCC unroll 16
         for (int k2 = 0; k2 < W; ++k2)
             S::storeInterleaved(scaledIf<kScaled>(y[k2], V::broadcast(scale)),
                                 dst + 2 * (k1 + R * k2));

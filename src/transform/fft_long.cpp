@@ -27,6 +27,7 @@ inline void joinFactored(const float* in, std::ptrdiff_t inStride, float* out,
     for (std::ptrdiff_t c = 0; c < kFine; c += kLanes) {
         Cplx x[R];
         x[0] = Cplx::load(in);
+#pragma GCC unroll 16
         for (int e = 1; e < R; ++e) {
             const Cplx base{Real::broadcast(coarse[2 * e - 2]), Real::broadcast(coarse[2 * e - 1])};
             const Cplx w =
@@ -34,6 +35,7 @@ inline void joinFactored(const float* in, std::ptrdiff_t inStride, float* out,
             x[e] = rotate<D>(Cplx::load(in + reversedDigit<R>(e) * inStride), w);
         }
         butterfly<D, R>(x);
+#pragma GCC unroll 16
         for (int k = 0; k < R; ++k) storeColumn<kOutput>(x[k], out + k * outStride, factor);
         in += 2 * kLanes;
         out += 2 * kLanes;

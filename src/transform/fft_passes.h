@@ -81,6 +81,7 @@ private:
 template <int R>
 constexpr int reversedDigit(int p) {
     int reversed = 0;
+#pragma GCC unroll 16
     for (int bit = 1; bit < R; bit *= 2) reversed = reversed * 2 + ((p & bit) != 0 ? 1 : 0);
     return reversed;
 }
@@ -88,7 +89,7 @@ constexpr int reversedDigit(int p) {
 enum class Output { Split, Interleaved, InterleavedScaled };
 
 template <Output kOutput>
-inline void storeColumn(Cplx x, float* p, [[maybe_unused]] Real scale) {
+[[gnu::always_inline]] inline void storeColumn(Cplx x, float* p, [[maybe_unused]] Real scale) {
     if constexpr (kOutput == Output::Split)
         x.store(p);
     else if constexpr (kOutput == Output::Interleaved)
@@ -100,17 +101,19 @@ inline void storeColumn(Cplx x, float* p, [[maybe_unused]] Real scale) {
 // One block: columns 0 .. columns-1 of R rows. The strides are in floats; rows of in are split
 // vectors.
 template <Direction D, int R, Output kOutput>
-inline void joinColumns(const float* in, std::ptrdiff_t inStride, float* out,
+[[gnu::always_inline]] inline void joinColumns(const float* in, std::ptrdiff_t inStride, float* out,
                         std::ptrdiff_t outStride, const float* twiddles, std::ptrdiff_t columns,
                         float scale) {
     const Real factor = Real::broadcast(scale);
     for (std::ptrdiff_t c = 0; c < columns; c += kLanes) {
         Cplx x[R];
         x[0] = Cplx::load(in);
+#pragma GCC unroll 16
         for (int e = 1; e < R; ++e)
             x[e] = rotate<D>(Cplx::load(in + reversedDigit<R>(e) * inStride),
                              Cplx::load(twiddles + (e - 1) * 2 * kLanes));
         butterfly<D, R>(x);
+#pragma GCC unroll 16
         for (int k = 0; k < R; ++k) storeColumn<kOutput>(x[k], out + k * outStride, factor);
         in += 2 * kLanes;
         out += 2 * kLanes;
@@ -120,7 +123,7 @@ inline void joinColumns(const float* in, std::ptrdiff_t inStride, float* out,
 
 // One pass in place over `blocks` blocks of R groups of `group` elements.
 template <Direction D, int R>
-inline void joinBlocks(float* work, std::ptrdiff_t blocks, std::ptrdiff_t group,
+[[gnu::always_inline]] inline void joinBlocks(float* work, std::ptrdiff_t blocks, std::ptrdiff_t group,
                        const float* twiddles) {
     const std::ptrdiff_t stride = 2 * group;
     for (std::ptrdiff_t b = 0; b < blocks; ++b, work += R * stride)
@@ -131,18 +134,21 @@ inline void joinBlocks(float* work, std::ptrdiff_t blocks, std::ptrdiff_t group,
 // neighbouring bases from src on. Legs are legStride floats apart; group s of the result goes to
 // out + s * outStride in the order of bit-reversed bases.
 template <Direction D>
-inline void firstColumn(const float* src, std::ptrdiff_t legStride, float* out,
+[[gnu::always_inline]] inline void firstColumn(const float* src, std::ptrdiff_t legStride, float* out,
                         std::ptrdiff_t outStride) {
     Cplx x[kLanes];
+#pragma GCC unroll 16
     for (int e = 0; e < kLanes; ++e) x[e] = Shuffle::loadInterleaved(src + e * legStride);
     butterfly<D, kLanes>(x);
     Real re[kLanes], im[kLanes];
+#pragma GCC unroll 16
     for (int s = 0; s < kLanes; ++s) {
         re[s] = x[simd::slotElement<Real>(s)].re;
         im[s] = x[simd::slotElement<Real>(s)].im;
     }
     Shuffle::transpose(re);
     Shuffle::transpose(im);
+#pragma GCC unroll 16
     for (int s = 0; s < kLanes; ++s)
         Cplx{re[s], im[s]}.store(out +
                                  reversedDigit<kLanes>(simd::slotElement<Real>(s)) * outStride);

@@ -109,9 +109,9 @@ void joinLevel(float* data, int blockOrder, int order, std::ptrdiff_t columns,
 template <Direction D>
 void joinAll(float* data, int order, int level, const FftObject& spec, float* scratch,
              float scale) {
-    if (order <= Tuning::blockMaxOrder)
+    const FftSplit split = splitAt(level, order);
+    if (split.r == 0)
         return FFTBlockInPlace<D>(data, 1, Tuning::tileOrder, order, spec.blockTwiddles);
-    const FftSplit split = Tuning::split(order);
     const int blockOrder = order - split.r;
     for (std::ptrdiff_t b = 0; b >> split.r == 0; ++b)
         joinAll<D>(data + (b << (blockOrder + 1)), blockOrder, level + 1, spec, scratch, scale);

@@ -102,8 +102,8 @@ template <Output kOutput>
 // vectors.
 template <Direction D, int R, Output kOutput>
 [[gnu::always_inline]] inline void joinColumns(const float* in, std::ptrdiff_t inStride, float* out,
-                        std::ptrdiff_t outStride, const float* twiddles, std::ptrdiff_t columns,
-                        float scale) {
+                                               std::ptrdiff_t outStride, const float* twiddles,
+                                               std::ptrdiff_t columns, float scale) {
     const Real factor = Real::broadcast(scale);
     for (std::ptrdiff_t c = 0; c < columns; c += kLanes) {
         Cplx x[R];
@@ -123,8 +123,8 @@ template <Direction D, int R, Output kOutput>
 
 // One pass in place over `blocks` blocks of R groups of `group` elements.
 template <Direction D, int R>
-[[gnu::always_inline]] inline void joinBlocks(float* work, std::ptrdiff_t blocks, std::ptrdiff_t group,
-                       const float* twiddles) {
+[[gnu::always_inline]] inline void joinBlocks(float* work, std::ptrdiff_t blocks,
+                                              std::ptrdiff_t group, const float* twiddles) {
     const std::ptrdiff_t stride = 2 * group;
     for (std::ptrdiff_t b = 0; b < blocks; ++b, work += R * stride)
         joinColumns<D, R, Output::Split>(work, stride, work, stride, twiddles, group, 1.0f);
@@ -134,8 +134,8 @@ template <Direction D, int R>
 // neighbouring bases from src on. Legs are legStride floats apart; group s of the result goes to
 // out + s * outStride in the order of bit-reversed bases.
 template <Direction D>
-[[gnu::always_inline]] inline void firstColumn(const float* src, std::ptrdiff_t legStride, float* out,
-                        std::ptrdiff_t outStride) {
+[[gnu::always_inline]] inline void firstColumn(const float* src, std::ptrdiff_t legStride,
+                                               float* out, std::ptrdiff_t outStride) {
     Cplx x[kLanes];
 #pragma GCC unroll 16
     for (int e = 0; e < kLanes; ++e) x[e] = Shuffle::loadInterleaved(src + e * legStride);

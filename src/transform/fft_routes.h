@@ -13,7 +13,7 @@ void FFTDirect(const Zep32fc* src, Zep32fc* dst, int order);
 template <Direction D>
 void FFTDirectScaled(const Zep32fc* src, Zep32fc* dst, int order, float scale);
 
-// One uninterrupted run of passes, orders above the direct ones up to Tuning::blockMaxOrder.
+// One uninterrupted run of passes, orders above the direct ones, below kSplitFromOrder.
 // scratch holds 2^order elements on a 32-byte boundary; dst may equal src. The scale is applied
 // with the last pass; 1 leaves all values.
 template <Direction D>
@@ -26,7 +26,7 @@ template <Direction D>
 void FFTBlockInPlace(float* work, std::ptrdiff_t blocks, int groupOrder, int order,
                      const float* twiddles);
 
-// Orders above Tuning::blockMaxOrder.
+// Orders from kSplitFromOrder on.
 template <Direction D>
 void FFTLong(const Zep32fc* src, Zep32fc* dst, int order, const FftObject& spec, float* scratch,
              float scale);

@@ -88,10 +88,10 @@ void layoutLevel(Layout& layout, FftObject* spec, int level, int blockOrder, int
 void layoutComplex(Layout& layout, FftObject* spec, int order, const Sines* sines) {
     if (order <= Tuning::directMaxOrder) return;
     int blockOrder = order;
-    const bool isLong = order > Tuning::blockMaxOrder;
-    for (int level = 0; blockOrder > Tuning::blockMaxOrder; ++level) {
+    const bool isLong = order >= kSplitFromOrder;
+    for (int level = 0; isLong && splitAt(level, blockOrder).r > 0; ++level) {
         const int joined = blockOrder;
-        blockOrder -= Tuning::split(joined).r;
+        blockOrder -= splitAt(level, joined).r;
         layoutLevel(layout, spec, level, blockOrder, joined);
     }
     const int reversedBits = order - 2 * (isLong ? Tuning::tileOrder : kLogLanes);
@@ -167,7 +167,7 @@ std::size_t tableBytes(FftKind kind, int order) {
 }
 
 int sineOrder(FftKind kind, int order) {
-    const int largest = kind == FftKind::Complex ? Tuning::blockMaxOrder : kLongFoldOrder - 1;
+    const int largest = kind == FftKind::Complex ? innermostBlock(order) : kLongFoldOrder - 1;
     if (order <= kConstantSineOrder) return kConstantSineOrder;
     return order < largest ? order : largest;
 }

@@ -108,7 +108,7 @@ ZEP_FOR_EACH_VARIANT(AllocatorClass);
 TEST(AllocatorTable, HoldsTheThreeOperationsInOrder) {
     Allocator object;
     void** table = nullptr;
-    std::memcpy(&table, &object, sizeof table);
+    std::memcpy(&table, static_cast<const void*>(&object), sizeof table);
     using Allocate = void* (*)(Allocator*, std::uint64_t);
     using Free = void (*)(Allocator*, void*);
     using Copy = void (*)(Allocator*, const void*, void*, std::uint64_t);

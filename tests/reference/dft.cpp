@@ -1,5 +1,6 @@
 #include "reference/dft.h"
 
+#include <bit>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
@@ -56,6 +57,35 @@ std::vector<Complex> dft(const std::vector<Complex>& x, Direction direction) {
     return X;
 }
 
+namespace {
+
+// Joins transforms of `half` points, two by two.
+void joinPairs(Complex* x, std::size_t n, std::size_t half, const std::vector<Complex>& roots) {
+    for (std::size_t block = 0; block < n; block += 2 * half)
+        for (std::size_t c = 0; c < half; ++c) {
+            // Written out: the library's complex product tests for infinities.
+            const Complex a = x[block + c], b = x[block + half + c], w = roots[half + c];
+            const Complex wb{w.real() * b.real() - w.imag() * b.imag(),
+                             w.real() * b.imag() + w.imag() * b.real()};
+            x[block + c] = a + wb;
+            x[block + half + c] = a - wb;
+        }
+}
+
+// The transform of n values in bit-reversed order, by halves until they fit the cache.
+void join(Complex* x, std::size_t n, const std::vector<Complex>& roots) {
+    constexpr std::size_t kCached = 2048;
+    if (n <= kCached) {
+        for (std::size_t half = 1; half < n; half *= 2) joinPairs(x, n, half, roots);
+        return;
+    }
+    join(x, n / 2, roots);
+    join(x + n / 2, n / 2, roots);
+    joinPairs(x, n, n / 2, roots);
+}
+
+}  // namespace
+
 std::vector<Complex> fft(std::vector<Complex> x, Direction direction) {
     const std::size_t N = x.size();
     if (N == 0 || (N & (N - 1)) != 0)
@@ -66,20 +96,14 @@ std::vector<Complex> fft(std::vector<Complex> x, Direction direction) {
         for (; bit != 0 && (reversed & bit) != 0; bit /= 2) reversed ^= bit;
         reversed |= bit;
     }
-    std::vector<Complex> root;
-    for (std::size_t half = 1; half < N; half *= 2) {
-        root.resize(half);
-        for (std::size_t c = 0; c < half; ++c) root[c] = unitRoot(c, 2 * half, direction);
-        for (std::size_t block = 0; block < N; block += 2 * half)
-            for (std::size_t c = 0; c < half; ++c) {
-                // Written out: the library's complex product tests for infinities.
-                const Complex a = x[block + c], b = x[block + half + c], w = root[c];
-                const Complex wb{w.real() * b.real() - w.imag() * b.imag(),
-                                 w.real() * b.imag() + w.imag() * b.real()};
-                x[block + c] = a + wb;
-                x[block + half + c] = a - wb;
-            }
+    // roots[half + c] turns column c of the butterflies that join two transforms of `half` points.
+    std::vector<Complex> roots(N);
+    for (std::size_t c = 0; c < N / 2; ++c) roots[N / 2 + c] = unitRoot(c, N, direction);
+    for (std::size_t i = N / 2; i-- > 1;) {
+        const std::size_t half = std::bit_floor(i);
+        roots[i] = roots[2 * half + 2 * (i - half)];
     }
+    join(x.data(), N, roots);
     return x;
 }
 

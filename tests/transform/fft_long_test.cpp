@@ -33,13 +33,13 @@ TEST_P(FftLong, ComplexMatchesTheReference) {
 }
 
 TEST_P(FftLong, ComplexMatchesTheReferenceInTheOtherDirection) {
-    for (int order = 18; order <= (kInstrumented ? 18 : 21); ++order)
+    for (int order = 18; order <= (kInstrumented ? 18 : 20); ++order)
         matchesTheReference<ComplexKind>(order, kDirections[(order + 1) % 2]);
 }
 
 // 20 and 21 stand on the two sides of the change to a folding table of two parts.
 TEST_P(FftLong, RealMatchesTheReference) {
-    for (int order = 18; order <= (kInstrumented ? 19 : 22); ++order)
+    for (int order = 18; order <= (kInstrumented ? 19 : 21); ++order)
         matchesTheReference<RealKind>(order, Direction::Forward);
 }
 
@@ -208,6 +208,30 @@ struct Huge {
     int order;
 };
 
+// Forward out of place, inverse in place; and the same forward in place.
+void roundTripRestores(int order) {
+    const ComplexFft fft(order, ZEP_FFT_SCALE_INV);
+    std::vector<Zep32fc> x(std::size_t{1} << order), X(x.size());
+    // Random enough, and quicker than a good generator.
+    std::uint32_t state = 1;
+    const auto next = [&state] {
+        state = state * 1664525u + 1013904223u;
+        return static_cast<float>(static_cast<std::int32_t>(state)) * 0x1p-31f;
+    };
+    for (Zep32fc& s : x) s = {next(), next()};
+    ASSERT_EQ(fft.forward(x.data(), X.data()), zepStsNoErr);
+    std::vector<Zep32fc> restored = X;
+    ASSERT_EQ(fft.inverse(restored.data(), restored.data()), zepStsNoErr);
+    double energy = 0, difference = 0;
+    for (std::size_t n = 0; n < x.size(); ++n) {
+        energy += std::norm(toDouble(x[n]));
+        difference += std::norm(toDouble(restored[n]) - toDouble(x[n]));
+    }
+    EXPECT_LE(std::sqrt(difference / energy), std::sqrt(2.0) * rmsBound(order));
+    ASSERT_EQ(fft.forward(x.data(), x.data()), zepStsNoErr);
+    EXPECT_TRUE(sameBits(x.data(), X.data(), x.size())) << "in place";
+}
+
 class FftHuge : public testing::TestWithParam<Huge> {};
 
 const Variant& variantOf(const char* tag) {
@@ -216,7 +240,7 @@ const Variant& variantOf(const char* tag) {
     std::abort();
 }
 
-TEST_P(FftHuge, ImpulsesBecomeExponentialsAndPlacementDoesNotMatter) {
+TEST_P(FftHuge, TransformsImpulsesAndThereAndBack) {
     const auto [tag, order] = GetParam();
     if (kInstrumented) GTEST_SKIP() << "too slow when instrumented";
     if (order > 25 && std::getenv("ZEP_TEST_HUGE") == nullptr)
@@ -225,30 +249,7 @@ TEST_P(FftHuge, ImpulsesBecomeExponentialsAndPlacementDoesNotMatter) {
     if (!v.supported()) GTEST_SKIP() << "this machine has no " << v.needs;
     ASSERT_EQ(zepSelectVariantForCpu(v.cpu), zepStsNoErr);
     impulsesBecomeExponentials(order, kDirections[order % 2]);
-    if (order <= 25) {
-        const ComplexFft fft(order, ZEP_FFT_SCALE_INV);
-        std::vector<Zep32fc> x(std::size_t{1} << order), X(x.size());
-        std::uint32_t state =
-            1;  // a generator of 31 random bits a step, quick enough for this length
-        for (Zep32fc& s : x) {
-            const auto next = [&state] {
-                state = state * 1664525u + 1013904223u;
-                return static_cast<float>(static_cast<std::int32_t>(state)) * 0x1p-31f;
-            };
-            s.re = next();
-            s.im = next();
-        }
-        ASSERT_EQ(fft.forward(x.data(), X.data()), zepStsNoErr);
-        double energy = 0, difference = 0;
-        for (const Zep32fc& s : x) energy += std::norm(toDouble(s));
-        std::vector<Zep32fc> original = x;
-        ASSERT_EQ(fft.forward(x.data(), x.data()), zepStsNoErr);
-        ASSERT_TRUE(sameBits(x.data(), X.data(), x.size())) << "in place";
-        ASSERT_EQ(fft.inverse(X.data(), X.data()), zepStsNoErr);
-        for (std::size_t n = 0; n < x.size(); ++n)
-            difference += std::norm(toDouble(X[n]) - toDouble(original[n]));
-        EXPECT_LE(std::sqrt(difference / energy), std::sqrt(2.0) * rmsBound(order));
-    }
+    if (order <= 25) roundTripRestores(order);
     zepSelectVariantAuto();
 }
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <vector>
@@ -106,11 +107,11 @@ public:
     T* end() { return data_ + len_; }
 
     bool intact() {
-        const auto* first = reinterpret_cast<const Zep8u*>(data_);
-        const auto* last = reinterpret_cast<const Zep8u*>(data_ + len_);
-        for (const Zep8u* p = bytes_.begin(); p != bytes_.end(); ++p)
-            if ((p < first || p >= last) && *p != 0xA5) return false;
-        return true;
+        const auto untouched = [](const Zep8u* p, const Zep8u* last) {
+            return std::all_of(p, last, [](Zep8u byte) { return byte == 0xA5; });
+        };
+        return untouched(bytes_.begin(), reinterpret_cast<const Zep8u*>(data_)) &&
+               untouched(reinterpret_cast<const Zep8u*>(data_ + len_), bytes_.end());
     }
 
 private:

@@ -5,7 +5,7 @@
 set -euo pipefail
 seconds=${1:?usage: fuzz/run.sh SECONDS [BUILD_DIRECTORY]}
 cd "$(dirname "$0")/.."
-build=$(realpath -m "${2:-build/fuzz}")
+build=$(realpath -m "${2:-build-fuzz}")
 cmake --preset fuzz -B "$build" ${ZEP_CMAKE_ARGS:-} > /dev/null
 cmake --build "$build" --target inflate_fuzz inflate_corpus -j "${ZEP_JOBS:-2}" > "$build/build.log" || { tail -40 "$build/build.log"; exit 1; }
 mkdir -p "$build/found"

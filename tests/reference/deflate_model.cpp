@@ -14,15 +14,18 @@ DeflateModel::DeflateModel(std::span<const std::uint8_t> window)
     : window_(window.begin(), window.end()) {}
 
 std::uint64_t DeflateModel::peek(int count, std::int64_t skip) const {
+    // Bits that have not arrived yet read as zeros.
+    const auto end = static_cast<std::int64_t>(taken_.size());
+    const std::int64_t at = bitPos_ + skip;
     std::uint64_t value = 0;
-    for (int n = 0; n < count; ++n) {
-        const std::int64_t at = bitPos_ + skip + n;
-        // Bits that have not arrived yet read as zeros.
-        if (at < 8 * static_cast<std::int64_t>(taken_.size()))
-            value |= static_cast<std::uint64_t>(
-                         (taken_[static_cast<std::size_t>(at / 8)] >> (at % 8)) & 1)
-                     << n;
+    int have = 0;
+    for (std::int64_t byte = at / 8; byte < end && have < count; ++byte) {
+        const int unused = byte == at / 8 ? static_cast<int>(at % 8) : 0;
+        value |= static_cast<std::uint64_t>(taken_[static_cast<std::size_t>(byte)] >> unused)
+                 << have;
+        have += 8 - unused;
     }
+    if (count < 64) value &= (std::uint64_t{1} << count) - 1;
     return value;
 }
 
@@ -73,8 +76,8 @@ std::string DeflateModel::blockType(std::span<const std::uint8_t> src, const Obs
             if (kTypes[bits >> 1] >= 0) type = blockType_ = kTypes[bits >> 1];
             status_ = kStatus[bits >> 1];
             if (status_ == 4) {
-                literal_.lengths = fixedLiteralLengths();
-                distance_.lengths = fixedDistanceLengths();
+                literal_.assign(fixedLiteralLengths());
+                distance_.assign(fixedDistanceLengths());
             }
         }
     }
@@ -219,8 +222,8 @@ std::string DeflateModel::huffman(bool dynamic, std::span<const std::uint8_t> sr
             if ((bits & 1) != 0) finalBlock_ = 1;
             status_ = dynamic ? 1 : 4;
             if (!dynamic) {
-                literal_.lengths = fixedLiteralLengths();
-                distance_.lengths = fixedDistanceLengths();
+                literal_.assign(fixedLiteralLengths());
+                distance_.assign(fixedDistanceLengths());
             }
         }
     }

@@ -74,9 +74,13 @@ private:
     static constexpr int kContinue =
         -1000;  // in place of a status: nothing has stopped the call yet
 
+    // A canonical code: how many members each length has, and the members in the order of their
+    // codes.
     struct Code {
-        std::vector<int> lengths;
+        void assign(std::span<const int> lengths);
         bool oversubscribed() const;
+        std::array<int, 16> count{};
+        std::vector<int> members;
     };
     struct Symbol {
         int value;   // -1: unassigned

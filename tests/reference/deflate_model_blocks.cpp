@@ -13,33 +13,40 @@ constexpr int kLookupBits = 7;
 
 }  // namespace
 
+void DeflateModel::Code::assign(std::span<const int> lengths) {
+    count = {};
+    members.clear();
+    for (int length = 1; length <= 15; ++length)
+        for (std::size_t n = 0; n < lengths.size(); ++n)
+            if (lengths[n] == length) {
+                ++count[static_cast<std::size_t>(length)];
+                members.push_back(static_cast<int>(n));
+            }
+}
+
 bool DeflateModel::Code::oversubscribed() const {
     int room = 1 << 15;
-    for (const int length : lengths)
-        if (length > 0) room -= 1 << (15 - length);
+    for (int length = 1; length <= 15; ++length)
+        room -= count[static_cast<std::size_t>(length)] << (15 - length);
     return room < 0;
 }
 
-// The canonical code of the lengths, read bit by bit. Symbols from firstUnused on take code space
-// but have no meaning.
+// Reads a code bit by bit. Symbols from firstUnused on take code space but have no meaning.
 DeflateModel::Symbol DeflateModel::find(const Code& code, std::int64_t skip,
                                         int firstUnused) const {
     const std::uint64_t next = peek(15, skip);
-    std::array<int, 16> count{};
-    for (const int length : code.lengths) ++count[static_cast<std::size_t>(length)];
     int first = 0, word = 0;
+    std::size_t shorter = 0;  // members of all lengths before
     for (int length = 1; length <= 15; ++length) {
         word = 2 * word + static_cast<int>((next >> (length - 1)) & 1);
         first *= 2;
-        const int members = count[static_cast<std::size_t>(length)];
-        if (word < first + members) {
-            int index = word - first;
-            for (std::size_t n = 0; n < code.lengths.size(); ++n)
-                if (code.lengths[n] == length && index-- == 0)
-                    return static_cast<int>(n) < firstUnused ? Symbol{static_cast<int>(n), length}
-                                                             : Symbol{-1, 0};
+        const int count = code.count[static_cast<std::size_t>(length)];
+        if (word < first + count) {
+            const int symbol = code.members[shorter + static_cast<std::size_t>(word - first)];
+            return symbol < firstUnused ? Symbol{symbol, length} : Symbol{-1, 0};
         }
-        first += members;
+        first += count;
+        shorter += static_cast<std::size_t>(count);
     }
     return {-1, 0};
 }
@@ -48,8 +55,9 @@ DeflateModel::Symbol DeflateModel::find(const Code& code, std::int64_t skip,
 void DeflateModel::buildCodeLengthLookup() {
     const CanonicalCode code{
         std::vector<int>(codeLengthLengths_.begin(), codeLengthLengths_.end())};
-    const Code lengths{code.lengths};
-    if (lengths.oversubscribed()) {
+    Code sizes;
+    sizes.assign(code.lengths);
+    if (sizes.oversubscribed()) {
         undefined_ = true;
         return;
     }
@@ -108,8 +116,9 @@ int DeflateModel::dynamicHeader() {
         }
         for (; repeat > 0; --repeat) lengths_[static_cast<std::size_t>(lengthsDecoded_++)] = value;
     }
-    literal_.lengths.assign(lengths_.begin(), lengths_.begin() + literalCount_);
-    distance_.lengths.assign(lengths_.begin() + literalCount_, lengths_.end());
+    const std::span<const int> lengths(lengths_);
+    literal_.assign(lengths.first(static_cast<std::size_t>(literalCount_)));
+    distance_.assign(lengths.subspan(static_cast<std::size_t>(literalCount_)));
     if (literal_.oversubscribed() || distance_.oversubscribed()) undefined_ = true;
     status_ = 4;
     return kContinue;

@@ -12,7 +12,11 @@ class Failure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+<<<<<<< Updated upstream
 void addInfo(CLI::App& app);
+=======
+void addGunzip(CLI::App& app);
+>>>>>>> Stashed changes
 void addSpectrum(CLI::App& app);
 
 }  // namespace mozep_program

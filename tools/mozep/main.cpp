@@ -34,7 +34,11 @@ int main(int argc, char** argv) {
     CLI::App app("Signal processing with the MOZEP library.", "mozep");
     app.set_version_flag("--version", versionLine());
     app.require_subcommand(1);
+<<<<<<< Updated upstream
     addInfo(app);
+=======
+    addGunzip(app);
+>>>>>>> Stashed changes
     addSpectrum(app);
     try {
         app.parse(argc, argv);

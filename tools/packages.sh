@@ -15,8 +15,9 @@ need() {
         as_root=(sudo)
     fi
     echo "Installing ${missing[*]}"
-    "${as_root[@]}" apt-get update -qq
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
+    "${as_root[@]}" apt-get -o DPkg::Lock::Timeout=300 update -qq
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300 \
+        install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
 }
 
 # What each kind of build needs on Debian 12.

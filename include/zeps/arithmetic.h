@@ -93,7 +93,7 @@ ZEP_API ZepStatus zepsDiv_32f_I(const Zep32f* pSrc, Zep32f* pSrcDst, int len);
  * pSrcDst[n] = pSrcDst[n] / pSrc[n]. The first vector is the divisor.
  *
  * For the divisor c + id and the dividend a + ib: m = c*c + d*d, the parts are (c*a + d*b) * w and (c*b - d*a) * w with
- * w = r * (2 - m * r), r the processor's estimate of 1 / m. Each part's error is below 2^-21 of the quotient's magnitude
+ * w = r * (2 - m * r), r the processor's estimate of 1 / m. Each part's error is below 2^-20 of the quotient's magnitude
  * while the products stay normal numbers. Where m is 0 both parts are NaN, whatever the dividend; so they are where m is
  * infinite or denormal.
  *
@@ -206,7 +206,7 @@ ZEP_API ZepStatus zepsSqr_64f_I(Zep64f* pSrcDst, int len);
  *
  * From the first 16-byte boundary of the destination on, elements are treated in blocks of 16. A block of positive
  * normal numbers takes the processor's estimate r of 1 / sqrt(x) (about 12 bits) and one step: with s = x * r,
- * (s * -0.5) * (s * r - 3), relative error below 2^-22. Every other block, the elements in front of the boundary and the
+ * (s * -0.5) * (s * r - 3), relative error below 2^-21. Every other block, the elements in front of the boundary and the
  * rest behind the last block take the correctly rounded root. A negative element gives NaN and leaves the others
  * unharmed; sqrt(-0) is -0; NaN stays NaN.
  *

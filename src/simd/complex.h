@@ -13,6 +13,10 @@ namespace zep::ZEP_VARIANT::simd {
 // Products of interleaved pairs: (ac - bd, bc + ad) for a + ib times c + id.
 template <class V>
 inline V complexMul(V ab, V cd) {
+    // Each operand is used twice or three times. Loads are what limits this product, so the
+    // compiler must not fold a load into each use.
+    keepInRegister(ab);
+    keepInRegister(cd);
     return subAdd(ab * dupEven(cd), swapPairs(ab) * dupOdd(cd));
 }
 

@@ -1,4 +1,5 @@
-// The two templates that every lane type specialises, and access to single elements at any address.
+// The two templates that every lane type specialises, access to single elements at any address, and
+// a hint to the compiler.
 #pragma once
 
 namespace zep::ZEP_VARIANT::simd {
@@ -21,6 +22,12 @@ inline T readAny(const T* p) {
 template <class T>
 inline void writeAny(T* p, T x) {
     __builtin_memcpy(p, &x, sizeof(T));
+}
+
+// Makes the compiler hold a value in a register from here on, instead of loading it again.
+template <class V>
+[[gnu::always_inline]] inline void keepInRegister(V& a) {
+    asm("" : "+x"(a.v));
 }
 
 }  // namespace zep::ZEP_VARIANT::simd

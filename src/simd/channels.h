@@ -32,6 +32,28 @@ requires(laneBytes == 4) inline Block<32> interleaveHigh(Block<32> a, Block<32> 
 }
 #endif
 
+// The same of whole registers.
+template <int laneBytes>
+inline Block<16> interleaveFront(Block<16> a, Block<16> b) {
+    return interleaveLow<laneBytes>(a, b);
+}
+template <int laneBytes>
+inline Block<16> interleaveBack(Block<16> a, Block<16> b) {
+    return interleaveHigh<laneBytes>(a, b);
+}
+#if defined(__AVX__)
+template <int laneBytes>
+inline Block<32> interleaveFront(Block<32> a, Block<32> b) {
+    const auto low = interleaveLow<laneBytes>(a, b), high = interleaveHigh<laneBytes>(a, b);
+    return {_mm256_insertf128_ps(low.v, _mm256_castps256_ps128(high.v), 1)};
+}
+template <int laneBytes>
+inline Block<32> interleaveBack(Block<32> a, Block<32> b) {
+    const auto low = interleaveLow<laneBytes>(a, b), high = interleaveHigh<laneBytes>(a, b);
+    return {_mm256_permute2f128_ps(low.v, high.v, 0x31)};
+}
+#endif
+
 // C registers, by name: compilers keep arrays of them in memory. load(k) gives register k, each(f)
 // calls f(k, register) in order, deal() puts the two halves of the pack together as a perfect
 // shuffle of cards does, lane by lane.

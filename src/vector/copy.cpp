@@ -15,7 +15,7 @@ using Tuning = CopyTuning<VariantTag>;
 
 constexpr std::size_t kTouchStride = 128;
 
-void readIntoCache(const std::uint8_t* src, std::size_t bytes) {
+[[maybe_unused]] void readIntoCache(const std::uint8_t* src, std::size_t bytes) {
     for (std::size_t n = 0; n < bytes; n += kTouchStride)
         static_cast<void>(*static_cast<const volatile std::uint8_t*>(src + n));
 }
@@ -49,7 +49,7 @@ void copyStreaming(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes
 // A load waits for an older store whose address agrees in the low 12 bits, although it goes to
 // another page. distance is src - dst within a page: just above 0 an ascending copy reads what it
 // is about to write and is safe, just below 0 it would read what it has just written.
-bool ascendingAvoidsAliasing(const std::uint8_t* dst, const std::uint8_t* src) {
+[[maybe_unused]] bool ascendingAvoidsAliasing(const std::uint8_t* dst, const std::uint8_t* src) {
     constexpr std::size_t kPage = 4096;
     const int distance = static_cast<int>(bytesBehindBoundary(src, kPage)) -
                          static_cast<int>(bytesBehindBoundary(dst, kPage));

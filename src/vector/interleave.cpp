@@ -63,6 +63,21 @@ void interleaveGroup(const T* const* src, std::ptrdiff_t c, std::ptrdiff_t ch, s
         interleaveTile<C, alone>(src + c, last - kTileSamples<T>, dst + c, alone ? C : ch);
 }
 
+// Two channels without others, in the widest registers; len is at least one of them.
+template <class T>
+void interleaveTwo(const T* a, const T* b, std::ptrdiff_t len, T* dst) {
+    using B = simd::Block<kTileChannels<T>* int{sizeof(T)}>;
+    constexpr std::ptrdiff_t samples = B::bytes / sizeof(T);
+    const auto tile = [=](std::ptrdiff_t i) {
+        const auto x = B::load(a + i), y = B::load(b + i);
+        simd::interleaveFront<int{sizeof(T)}>(x, y).store(dst + 2 * i);
+        simd::interleaveBack<int{sizeof(T)}>(x, y).store(dst + 2 * i + samples);
+    };
+    std::ptrdiff_t i = 0;
+    for (; i + samples <= len; i += samples) tile(i);
+    if (i != len) tile(len - samples);
+}
+
 // The same for all channels; ch >= 3.
 template <class T>
 void interleaveBlock(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t first,
@@ -93,6 +108,7 @@ void interleaveShort(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len,
 template <class T>
 void interleave(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len, T* dst) {
     if (len < kTileSamples<T>) return interleaveShort(src, ch, len, dst);
+    if (ch == 2 && len >= kTileChannels<T>) return interleaveTwo(src[0], src[1], len, dst);
     if (ch == 2) return interleaveGroup<2, true>(src, 0, 2, 0, len, dst);
     if (ch == 4) return interleaveGroup<4, true>(src, 0, 4, 0, len, dst);
     if constexpr (kTileChannels<T> >= 8)

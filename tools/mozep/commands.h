@@ -12,11 +12,8 @@ class Failure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-<<<<<<< Updated upstream
-void addInfo(CLI::App& app);
-=======
 void addGunzip(CLI::App& app);
->>>>>>> Stashed changes
+void addInfo(CLI::App& app);
 void addSpectrum(CLI::App& app);
 
 }  // namespace mozep_program

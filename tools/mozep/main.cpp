@@ -34,11 +34,8 @@ int main(int argc, char** argv) {
     CLI::App app("Signal processing with the MOZEP library.", "mozep");
     app.set_version_flag("--version", versionLine());
     app.require_subcommand(1);
-<<<<<<< Updated upstream
-    addInfo(app);
-=======
     addGunzip(app);
->>>>>>> Stashed changes
+    addInfo(app);
     addSpectrum(app);
     try {
         app.parse(argc, argv);

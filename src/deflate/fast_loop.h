@@ -58,13 +58,13 @@ public:
           inEnd_(in.end - kFastInput),
           dst_(out.next),
           outEnd_(out.end - kFastOutput),
-          begin_(out.begin),
-          window_(out.window),
-          windowOffset_(out.windowPos - reinterpret_cast<std::uintptr_t>(out.begin)),
+          begin_(address(out.begin) - kDistanceFlag),
+          window_(address(out.window) - kDistanceFlag),
+          windowOffset_(out.windowPos + kDistanceFlag - address(out.begin)),
           out_(out),
           state_(state) {
         // From there on no match reaches beyond the output.
-        if (kHistory && outEnd_ - begin_ > kWindowBytes) outEnd_ = begin_ + kWindowBytes;
+        if (kHistory && outEnd_ - out.begin > kWindowBytes) outEnd_ = out.begin + kWindowBytes;
     }
 
     // Inlined, so that the members live in registers.
@@ -137,17 +137,14 @@ private:
         const std::size_t value = std::size_t{e >> 16} + std::size_t{own >> ((e >> 8) & 31)};
         const std::size_t advance = length_ + ((e / kLiteral) & 1);
 
-        // All addresses are kDistanceFlag too low, since the flag is part of the value.
-        const std::uintptr_t literal = address(kLiteralBytes.bytes) - kDistanceFlag + value;
+        // Addresses of sources are kept kDistanceFlag too low, since the flag is part of the value.
+        const std::uintptr_t literal = literals_ + value;
         std::uintptr_t back = address(dst_) - value;
         bool straddles = false;
         if constexpr (kHistory) {
-            const std::uintptr_t inWindow =
-                address(window_) - kDistanceFlag +
-                ((back + windowOffset_ + kDistanceFlag) & (kWindowBytes - 1));
-            const std::uintptr_t begin = address(begin_) - kDistanceFlag;
-            straddles = begin - back < length_;
-            back = simd::selectBelow(back, begin, inWindow, back);
+            const std::uintptr_t inWindow = window_ + ((back + windowOffset_) & (kWindowBytes - 1));
+            straddles = begin_ - back < length_;
+            back = simd::selectBelow(back, begin_, inWindow, back);
         }
         const std::uintptr_t from =
             simd::selectNegative(static_cast<std::int32_t>(e), back, literal);
@@ -194,8 +191,9 @@ private:
     Zep8u* outEnd_;
     std::size_t length_ = 0;  // of the match whose distance comes next, else 0
     Stop stop_ = Stop::none;
-    Zep8u* begin_;
-    const Zep8u* window_;
+    std::uintptr_t begin_;  // of the output
+    std::uintptr_t window_;
+    std::uintptr_t literals_ = address(kLiteralBytes.bytes) - kDistanceFlag;
     std::uintptr_t windowOffset_;  // address in the output -> index in the window
     Output& out_;
     ZepLZ77State& state_;

@@ -96,7 +96,7 @@ class Results:
             by_name.setdefault(implementation, []).append(time)
 
     def rows(self):
-        for (family, size), by_name in sorted(self.times.items(), key=row_order(self.times)):
+        for (family, size), by_name in sorted(self.times.items(), key=row_order):
             medians = {name: statistics.median(t) for name, t in by_name.items()}
             peers = [(t, name) for name, t in medians.items() if not name.startswith(OURS)]
             best = min(peers) if peers else None
@@ -105,12 +105,10 @@ class Results:
                     yield family, size, name[len(OURS):], time, best
 
 
-def row_order(times):
-    first = {}
-    for position, (family, _) in enumerate(times):
-        first.setdefault(family, position)
-    size_of = lambda size: (0, int(size)) if size.isdigit() else (1, 0)
-    return lambda item: (first[item[0][0]], size_of(item[0][1]), item[0][1])
+# By family, then by size as a number. Interleaved runs come in random order.
+def row_order(item):
+    (family, size), _ = item
+    return family, (0, int(size), size) if size.isdigit() else (1, 0, size)
 
 
 def readable(ns):

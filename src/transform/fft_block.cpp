@@ -34,26 +34,38 @@ void lastPass(const float* work, float* dst, int order, const float* twiddles, f
                                                      group, scale);
 }
 
+template <Direction D>
+inline void joinPass(float* work, std::ptrdiff_t blocks, int groupOrder, int radixOrder,
+                     const float* twiddles) {
+    const std::ptrdiff_t group = std::ptrdiff_t{1} << groupOrder;
+    if (radixOrder == 2)
+        joinBlocks<D, 4>(work, blocks, group, twiddles + passTwiddles(groupOrder));
+    else
+        joinBlocks<D, 8>(work, blocks, group, twiddles + passTwiddles(groupOrder));
+}
+
+template <Direction D>
+void passByPass(float* work, std::ptrdiff_t blocks, int groupOrder, int order,
+                const float* twiddles) {
+    for (PassSequence pass(groupOrder, order); !pass.done(); pass.next()) {
+        const int joined = pass.groupOrder() + pass.radixOrder();
+        joinPass<D>(work, blocks << (order - joined), pass.groupOrder(), pass.radixOrder(),
+                    twiddles);
+    }
+}
+
 }  // namespace
 
 template <Direction D>
 void FFTBlockInPlace(float* work, std::ptrdiff_t blocks, int groupOrder, int order,
                      const float* twiddles) {
-    if (groupOrder == order) return;
+    if (order <= kBreadthOrder || groupOrder == order)
+        return passByPass<D>(work, blocks, groupOrder, order, twiddles);
     const int radixOrder = lastRadixOrder(order - groupOrder);
     const int part = order - radixOrder;
-    const std::ptrdiff_t parts = blocks << radixOrder;
-    if (order <= kBreadthOrder) {
-        FFTBlockInPlace<D>(work, parts, groupOrder, part, twiddles);
-    } else {
-        for (std::ptrdiff_t p = 0; p < parts; ++p)
-            FFTBlockInPlace<D>(work + (p << (part + 1)), 1, groupOrder, part, twiddles);
-    }
-    const std::ptrdiff_t group = std::ptrdiff_t{1} << part;
-    if (radixOrder == 2)
-        joinBlocks<D, 4>(work, blocks, group, twiddles + passTwiddles(part));
-    else
-        joinBlocks<D, 8>(work, blocks, group, twiddles + passTwiddles(part));
+    for (std::ptrdiff_t p = 0; p < blocks << radixOrder; ++p)
+        FFTBlockInPlace<D>(work + (p << (part + 1)), 1, groupOrder, part, twiddles);
+    joinPass<D>(work, blocks, part, radixOrder, twiddles);
 }
 
 template <Direction D>
@@ -64,13 +76,11 @@ void FFTSingleBlock(const Zep32fc* src, Zep32fc* dst, int order, const FftObject
     firstPass<D>(&src->re, work, order, spec.bitReversal);
     const int radixOrder = lastRadixOrder(order - kLogLanes);
     const int part = order - radixOrder;
-    if (order <= kBreadthOrder) {
-        FFTBlockInPlace<D>(work, std::ptrdiff_t{1} << radixOrder, kLogLanes, part,
-                           spec.blockTwiddles);
-    } else {
+    if (order <= kBreadthOrder)
+        passByPass<D>(work, std::ptrdiff_t{1} << radixOrder, kLogLanes, part, spec.blockTwiddles);
+    else
         for (std::ptrdiff_t p = 0; p >> radixOrder == 0; ++p)
             FFTBlockInPlace<D>(work + (p << (part + 1)), 1, kLogLanes, part, spec.blockTwiddles);
-    }
     const float* twiddles = spec.blockTwiddles + passTwiddles(part);
     if (radixOrder == 2)
         lastPass<D, 4>(work, &dst->re, order, twiddles, scale);

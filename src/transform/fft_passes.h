@@ -35,8 +35,11 @@ constexpr int kFineOrder = 5;
 // transform.
 constexpr int kFirstFoldedOrder = 5;
 
-// The passes that join groups of 2^groupOrder elements to one of 2^order: radix 4 first, then radix
-// 8, no radix 2.
+// The passes that join groups of 2^groupOrder elements to one of 2^order: radix 8 first, then radix
+// 4, no radix 2. The last pass also interleaves, which a radix-4 pass does at less cost.
+constexpr int nextRadixOrder(int bits) { return bits == 2 || bits == 4 ? 2 : 3; }
+constexpr int lastRadixOrder(int bits) { return bits % 3 == 0 ? 3 : 2; }
+
 class PassSequence {
 public:
     PassSequence(int groupOrder, int order) : group_(groupOrder), order_(order) {}
@@ -44,16 +47,13 @@ public:
     bool done() const { return group_ == order_; }
     bool last() const { return group_ + radixOrder() == order_; }
     int groupOrder() const { return group_; }
-    int radixOrder() const { return (order_ - group_) % 3 == 0 ? 3 : 2; }
+    int radixOrder() const { return nextRadixOrder(order_ - group_); }
     void next() { group_ += radixOrder(); }
 
 private:
     int group_;
     int order_;
 };
-
-// Radix of the last of those passes; bits = order - groupOrder, 2 or more.
-constexpr int lastRadixOrder(int bits) { return bits == 2 || bits == 4 ? 2 : 3; }
 
 // Where the twiddles of the pass with groups of 2^groupOrder begin, in floats; of the order of the
 // whole transform, the length of the table.

@@ -17,8 +17,6 @@ mozep=build/demo/tools/mozep/mozep
 echo
 "$mozep" info
 echo
-"$mozep" info
-echo
 "$mozep" spectrum "$recording" --plot "$picture"
 echo
 echo "The picture of the spectrum: $picture"

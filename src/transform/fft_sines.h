@@ -3,6 +3,7 @@
 // rounded to float.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -22,26 +23,26 @@ class Sines {
 public:
     Sines(const float* table, int tableOrder) : table_(table), tableOrder_(tableOrder) {}
 
-    // The angle 2*pi*k/2^order; order at most the table's, any k of at least 0.
+    // The angle 2*pi*k/2^order; order at most the table's, any k of at least 0. Free of branches:
+    // set-up asks for one pair per twiddle.
     Twiddle at(std::uint64_t k, int order) const {
         const int quarterBits = tableOrder_ - 2;
         const std::uint64_t quarter = std::uint64_t{1} << quarterBits;
         const std::uint64_t index = k << (tableOrder_ - order);
-        const std::uint64_t rest = index & (quarter - 1);
-        const float s = table_[rest], c = table_[quarter - rest];
-        switch ((index >> quarterBits) & 3) {
-            case 0:
-                return {c, s};
-            case 1:
-                return {-s, c};
-            case 2:
-                return {-c, -s};
-            default:
-                return {s, -c};
-        }
+        const std::uint64_t quadrant = index >> quarterBits;
+        const std::uint64_t rising = index & (quarter - 1), falling = quarter - rising;
+        const bool odd = (quadrant & 1) != 0;
+        return {signedBy(table_[odd ? rising : falling], quadrant + 1),
+                signedBy(table_[odd ? falling : rising], quadrant)};
     }
 
 private:
+    // Negated where bit 1 of the quadrant is set.
+    static float signedBy(float x, std::uint64_t quadrant) {
+        const auto sign = static_cast<std::uint32_t>(quadrant & 2) << 30;
+        return std::bit_cast<float>(std::bit_cast<std::uint32_t>(x) ^ sign);
+    }
+
     const float* table_;
     int tableOrder_;
 };

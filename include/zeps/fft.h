@@ -9,7 +9,7 @@
  * - Sums: forward X[k] = s * sum over n of x[n] * exp(-2*pi*i*n*k/N), inverse with the opposite sign of the exponent;
  *   the factor s follows the object's flag, see @ref ZEP_FFT_SCALE_FWD and its companions.
  * - Alignment, in place or not, own or given scratch never change a value. Variants agree within rounding, not bit
- *   for bit. The error is that of a float transform with correctly rounded twiddles: about 0.4 * 2^-24 *
+ *   for bit. The error is that of a float transform with correctly rounded twiddles: about 0.6 * 2^-24 *
  *   sqrt(order) of the spectrum's norm, root mean square.
  * - No value is examined: NaN and infinity propagate.
  */

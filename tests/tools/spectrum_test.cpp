@@ -270,6 +270,20 @@ TEST_F(Spectrum, SaysThatGnuplotIsMissing) {
     EXPECT_FALSE(std::filesystem::exists(path("plot.svg"))) << "an empty plot is left behind";
 }
 
+TEST_F(Spectrum, SaysThatItsOutputCannotBeWritten) {
+    writeWav(path("sine.wav"), sine(3000, 1, kRate), kRate);
+    const std::string program = ZEP_PROGRAM;
+    for (const std::string& command :
+         {"spectrum " + path("sine.wav"), "spectrum --csv " + path("sine.wav"),
+          std::string("--version"), std::string("--help")}) {
+        const ProgramResult result =
+            runProgram({"/bin/sh", "-c", program + " " + command + " > /dev/full"});
+        EXPECT_EQ(result.code, 1) << command;
+        EXPECT_NE(result.error.find("cannot write to the standard output\n"), std::string::npos)
+            << command;
+    }
+}
+
 TEST(Program, TellsItsVersion) {
     const ProgramResult result = runProgram({ZEP_PROGRAM, "--version"});
     EXPECT_EQ(result.code, 0);

@@ -244,7 +244,7 @@ TEST_P(FftHuge, TransformsImpulsesAndThereAndBack) {
     const auto [tag, order] = GetParam();
     if (kInstrumented) GTEST_SKIP() << "too slow when instrumented";
     if (order > 25 && std::getenv("ZEP_TEST_HUGE") == nullptr)
-        GTEST_SKIP() << "takes minutes; set ZEP_TEST_HUGE";
+        GTEST_SKIP() << "takes gigabytes; set ZEP_TEST_HUGE";
     const Variant& v = variantOf(tag);
     if (!v.supported()) GTEST_SKIP() << "this machine has no " << v.needs;
     ASSERT_EQ(zepSelectVariantForCpu(v.cpu), zepStsNoErr);

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <iostream>
 #include <string>
 
 #include "commands.h"
@@ -15,6 +16,13 @@ std::string versionLine() {
     const ZepVersionRecord& library = *zepGetLibVersion();
     const std::string tag(zepsGetLibVersion()->targetTag, 2);
     return std::string("mozep ") + library.versionText + " (variant " + tag + ")";
+}
+
+constexpr const char* kNoOutput = "cannot write to the standard output";
+
+// Output that could not be written is a failure too.
+void checkOutput() {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) throw Failure(kNoOutput);
 }
 
 // Errors take one line, whatever their source.
@@ -39,11 +47,12 @@ int main(int argc, char** argv) {
     addSpectrum(app);
     try {
         app.parse(argc, argv);
-        // Output that could not be written is a failure too.
-        if (std::fflush(stdout) != 0) throw Failure("cannot write to the standard output");
+        checkOutput();
     } catch (const CLI::ParseError& e) {
-        if (e.get_exit_code() == 0) return app.exit(e);  // --help, --version
-        return fail(app, e.what(), kWrongUsage);
+        if (e.get_exit_code() != 0) return fail(app, e.what(), kWrongUsage);
+        app.exit(e);  // --help, --version
+        std::cout.flush();
+        return std::cout.good() ? 0 : fail(app, kNoOutput, kFailed);
     } catch (const std::exception& e) {
         return fail(app, e.what(), kFailed);
     }

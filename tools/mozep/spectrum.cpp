@@ -106,9 +106,7 @@ void plot(const Options& options, const std::vector<double>& power, double binHz
     plotSvg(curve, options.plot);
 }
 
-void run(const Options& options) {
-    SoundFile file(options.file);
-    Welch welch(std::countr_zero(static_cast<unsigned>(options.block)));
+void readAll(SoundFile& file, Welch& welch) {
     Progress progress(static_cast<double>(file.info().frames));
     std::vector<float> mono(16384);
     double done = 0;
@@ -117,6 +115,12 @@ void run(const Options& options) {
         progress.reached(done += static_cast<double>(count));
     }
     welch.finish();
+}
+
+void run(const Options& options) {
+    SoundFile file(options.file);
+    Welch welch(std::countr_zero(static_cast<unsigned>(options.block)));
+    readAll(file, welch);
     if (welch.blocks() == 0) throw Failure(options.file + ": holds no samples");
 
     const std::vector<double> power = welch.power();

@@ -21,6 +21,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "core/checks.h"
 #include "simd/complex.h"
@@ -136,9 +137,14 @@ template <int kGranule, class Stream, class Op, class T, class... Src>
     longLoop<V, Store::Plain>(op, dst, toBoundary<V, kGranule>(anchor), len, src...);
 }
 
+// A cast, not the address of the first part: elements may stand at any address.
 template <class C>
 auto* parts(C* p) {
-    return &p->re;
+    using Part = decltype(C::re);
+    if constexpr (std::is_const_v<C>)
+        return reinterpret_cast<const Part*>(p);
+    else
+        return reinterpret_cast<Part*>(p);
 }
 
 }  // namespace shape

@@ -260,6 +260,21 @@ TEST_F(Spectrum, DrawsAnSvg) {
         EXPECT_NE(text.str().find(part), std::string::npos) << part;
 }
 
+// More bins than the picture has columns: the peak is still in it, the file stays small.
+TEST_F(Spectrum, DrawsLongBlocksInASmallSvg) {
+    writeWav(path("sine.wav"), sine(3000, 1, 1 << 18), kRate);
+    const std::string svg = path("plot.svg");
+    const ProgramResult result = run({path("sine.wav"), "--fft", "262144", "--plot", svg});
+    if (result.error.find("gnuplot, which is not installed") != std::string::npos)
+        GTEST_SKIP() << "no gnuplot here";
+    ASSERT_EQ(result.code, 0) << result.error;
+    EXPECT_LT(std::filesystem::file_size(svg), 400000u);
+    std::ostringstream text;
+    text << std::ifstream(svg).rdbuf();
+    // The scale reaches up to the tone's level.
+    EXPECT_NE(text.str().find("> 0<"), std::string::npos);
+}
+
 TEST_F(Spectrum, SaysThatGnuplotIsMissing) {
     writeWav(path("sine.wav"), sine(3000, 1, kRate), kRate);
     const ProgramResult result =

@@ -89,6 +89,7 @@ int Session::decode(DecoderCall call, int srcBytes, int dstBytes) {
     Zep8u *pSrc = in.data(), *pDst = room.data();
     Zep32s srcLen = in.size(), dstLen = dstBytes;
     ++calls_;
+    const Fields before = fields();
     int status = 0;
     switch (call) {
         case DecoderCall::Stored:
@@ -103,6 +104,11 @@ int Session::decode(DecoderCall call, int srcBytes, int dstBytes) {
                                                       state_.get());
             break;
     }
+    // Whole bytes held when a block's header has been read; LEN and its complement are four of
+    // them.
+    if (call == DecoderCall::Stored && (before.status == 8 || before.status == 9) &&
+        pDst != room.data())
+        drained_ += std::max(0, before.bitCount / 8 - 4);
     const std::int64_t taken = pSrc - in.data(), written = pDst - room.data();
     if (taken != in.size() - srcLen) fail("source pointer and length moved differently");
     if (written != dstBytes - dstLen) fail("destination pointer and length moved differently");

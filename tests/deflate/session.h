@@ -74,6 +74,9 @@ public:
     std::int64_t calls() const { return calls_; }
     const Bytes& output() const { return out_; }
     const reference::DeflateModel& model() const { return model_; }
+    // Bytes of stored blocks that came out of the bit buffer. They are missing from the history, so
+    // that matches behind them may differ from what other decoders make.
+    std::int64_t drained() const { return drained_; }
     ZepLZ77State* state() const { return state_.get(); }
     // What went wrong so far; empty when nothing.
     const std::string& failure() const { return failure_; }
@@ -91,6 +94,7 @@ private:
     Bytes out_;
     std::int64_t position_ = 0;
     std::int64_t calls_ = 0;
+    std::int64_t drained_ = 0;
     int type_ = -1;
     std::string failure_;
 };

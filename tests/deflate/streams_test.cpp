@@ -15,6 +15,15 @@ namespace {
 
 class DeflateStreams : public VariantTest {};
 
+// Byte for byte, unless a stored block came out of the bit buffer: the history has holes then,
+// which the tests in lock-step follow, and only the length must agree.
+void expectOutput(const Session& session, const Bytes& expected, const std::string& what) {
+    ASSERT_EQ(session.output().size(), expected.size()) << what;
+    if (session.drained() == 0) {
+        ASSERT_TRUE(session.output() == expected) << what;
+    }
+}
+
 TEST_P(DeflateStreams, EveryLevelAndStrategyOfZlib) {
     for (const Sample& sample : samples(150000))
         for (const int strategy : {Z_DEFAULT_STRATEGY, Z_FILTERED, Z_HUFFMAN_ONLY, Z_RLE, Z_FIXED})
@@ -29,8 +38,9 @@ TEST_P(DeflateStreams, EveryLevelAndStrategyOfZlib) {
                     Session session(stream, LockStep::Off, {edge, edge, level % 4, level % 3});
                     ASSERT_EQ(session.run(cuts), zepStsStreamEnd)
                         << sample.name << ' ' << level << ' ' << session.failure();
-                    ASSERT_TRUE(session.output() == sample.data)
-                        << sample.name << " level " << level << " strategy " << strategy;
+                    expectOutput(session, sample.data,
+                                 sample.name + " level " + std::to_string(level) + " strategy " +
+                                     std::to_string(strategy));
                     ASSERT_EQ(session.position(), static_cast<std::int64_t>(stream.size()));
                 }
             }
@@ -48,7 +58,7 @@ TEST_P(DeflateStreams, SmallBlocksAndFlushes) {
                 Session session(stream, LockStep::Off);
                 ASSERT_EQ(session.run(cuts), zepStsStreamEnd)
                     << sample.name << ' ' << session.failure();
-                ASSERT_TRUE(session.output() == sample.data) << sample.name;
+                expectOutput(session, sample.data, sample.name);
             }
     }
 }
@@ -62,7 +72,7 @@ TEST_P(DeflateStreams, ZlibStreamsInLockStepWithTheModel) {
                 Session session(stream);
                 ASSERT_EQ(session.run(cuts), zepStsStreamEnd)
                     << sample.name << ' ' << session.failure();
-                ASSERT_TRUE(session.output() == sample.data) << sample.name;
+                expectOutput(session, sample.data, sample.name);
             }
         }
 }
@@ -72,20 +82,13 @@ TEST_P(DeflateStreams, RandomProperStreamsAsZlibDecodesThem) {
         const RandomStream s = randomStream(1 + n % 8, true);
         const auto expected = zlibInflate(s.stream);
         ASSERT_TRUE(expected.has_value());
-        const bool lockStep = n % 5 == 0;
-        Session session(s.stream, lockStep ? LockStep::On : LockStep::Off);
-        const Cuts cuts = n % 3 == 0 ? everyCall(1 << 20, 1 << 20) : randomCuts(1000, 1000);
+        Session session(s.stream, n % 5 == 0 ? LockStep::On : LockStep::Off);
+        const Cuts cuts = n % 3 == 0   ? everyCall(1 << 20, 1 << 20)
+                          : n % 3 == 1 ? randomCuts(1000, 1000)
+                                       : everyCall(1, 1000);
         ASSERT_EQ(session.run(cuts), zepStsStreamEnd) << n << ' ' << session.failure();
-        if (lockStep && session.model().drained() > 0)
-            continue;  // the history has holes then, and the model knows them
-        if (!lockStep && n % 3 != 0) {
-            // Without the model there is no telling whether a stored block came out of the bit
-            // buffer; lengths must agree.
-            ASSERT_EQ(session.output().size(), expected->output.size()) << n;
-            continue;
-        }
-        ASSERT_TRUE(session.output() == expected->output) << n;
-        ASSERT_EQ(session.position(), expected->consumed);
+        expectOutput(session, expected->output, std::to_string(n));
+        ASSERT_EQ(session.position() - session.fields().bitCount / 8, expected->consumed);
     }
 }
 

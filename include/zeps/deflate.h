@@ -11,14 +11,15 @@
  * int type = 0;
  * do {
  *     status = zepsDecodeLZ77GetBlockType_8u(&src, &srcLen, &type, state);
- *     if (status == zepStsNoErr) {
- *         if (type == 0) status = zepsDecodeLZ77FixedHuffFull_8u(&src, &srcLen, &dst, &dstLen,
- * NULL, state); if (type == 1) status = zepsDecodeLZ77DynamicHuffFull_8u(&src, &srcLen, &dst,
- * &dstLen, NULL, state); if (type == 2) status = zepsDecodeLZ77StoredBlock_8u(&src, &srcLen, &dst,
- * &dstLen, state);
- *     }
- *     if (status == zepStsSrcSizeLessExpected) ...;  // bring more input; on none: the stream is
- * cut off if (status == zepStsDstSizeLessExpected) ...;  // write out what is there, give new room
+ *     if (status == zepStsNoErr && type == 0)
+ *         status = zepsDecodeLZ77FixedHuffFull_8u(&src, &srcLen, &dst, &dstLen, NULL, state);
+ *     else if (status == zepStsNoErr && type == 1)
+ *         status = zepsDecodeLZ77DynamicHuffFull_8u(&src, &srcLen, &dst, &dstLen, NULL, state);
+ *     else if (status == zepStsNoErr)
+ *         status = zepsDecodeLZ77StoredBlock_8u(&src, &srcLen, &dst, &dstLen, state);
+ *
+ *     if (status == zepStsSrcSizeLessExpected) bringMoreInput();  // none left: the stream is cut off
+ *     if (status == zepStsDstSizeLessExpected) writeOutAndMakeRoom();
  * } while (status >= 0 && status != zepStsStreamEnd);
  * @endcode
  *
@@ -101,10 +102,10 @@ ZEP_API ZepStatus zepsDecodeLZ77SetStatus_8u(Zep32s value, ZepLZ77State* pState)
  * Decodes a stored block, or as much of it as input and room allow.
  *
  * Bytes of the block that the decoder already holds in its bit buffer go to the output but not into
- * the history, so a later match that reaches back to them across calls differs from RFC 1951. The
- * Huffman decoders return whole bytes beyond the end of a block to the source, so there are none
- * unless a Huffman decoder had run out of room within the last 8 bytes of its input. When the block
- * is shorter than the bytes held, the surplus bytes are written too, never beyond the room, and
+ * the history, so a later match that reaches back to them across calls differs from RFC 1951. A
+ * Huffman block before this one may leave whole bytes there: where its end lies more than a byte
+ * before the end of the input that was given. A caller that wants RFC 1951 to the letter gives the
+ * Huffman decoders single bytes near the end of such a block. When the block is shorter than the bytes held, the surplus bytes are written too, never beyond the room, and
  * then both pointers move back over them. The end of a last block does not return bytes of the bit
  * buffer to the source.
  *
@@ -137,7 +138,7 @@ ZEP_API ZepStatus zepsDecodeLZ77StoredBlock_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Z
  * - zepStsStreamEnd returns all whole bytes behind the stream to the source: *ppSrc stands at the
  * first byte after the stream. Both returns may move the pointer back over bytes of an earlier
  * call.
- * - The end of another block returns the whole bytes that this call has read beyond it.
+ * - The end of another block returns nothing: bytes read beyond it stay in the bit buffer.
  * - The sets of code lengths are not validated. A code that stands for nothing decodes as the byte
  * 0 and consumes no bits, until the output is full; a distance code that stands for nothing gives
  * zepStsSizeErr. Of an over-subscribed set the codes that do not fit stand for nothing. Counts up

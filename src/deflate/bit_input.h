@@ -12,15 +12,12 @@ namespace zep::ZEP_VARIANT {
 struct BitInput {
     Zep8u* next;
     Zep8u* end;
-    Zep8u* begin;  // where this call began: bytes before it cannot be returned without the caller's
-                   // consent
     Zep64u bits;   // zero above count
     unsigned count;  // 0 .. 64
 
     BitInput(Zep8u* src, std::ptrdiff_t length, const ZepLZ77State& state)
         : next(src),
           end(src + length),
-          begin(src),
           bits(state.bitBuffer),
           count(static_cast<unsigned>(state.bitCount)) {}
 
@@ -59,12 +56,6 @@ struct BitInput {
         next -= n;
         count -= 8 * n;
         clearAboveCount();
-    }
-    // Returns the whole bytes held, as far as this call has read them.
-    void returnReadAhead() {
-        const std::size_t read = static_cast<std::size_t>(next - begin);
-        const unsigned whole = count / 8;
-        returnBytes(whole < read ? whole : static_cast<unsigned>(read));
     }
 
     void save(Zep8u** ppSrc, Zep32s* pSrcLen, ZepLZ77State& state) const {

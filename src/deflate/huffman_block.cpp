@@ -44,25 +44,16 @@ void finishPendingMatch(Output& out, ZepLZ77State& state) {
 
 // Full output is not the end of the data: when the input is used up, a whole byte that is still
 // held goes back to the source, so that a caller whose loop ends on an empty input calls again.
-// With more input than the bit buffer holds, all of it stays in the source.
 ZepStatus leaveWithFullOutput(BitInput& in) {
     in.fill();
-    if (!in.empty()) {
-        in.returnReadAhead();
-    } else if (in.count >= 8) {
-        in.returnBytes(1);
-    }
+    if (in.empty() && in.count >= 8) in.returnBytes(1);
     return zepStsDstSizeLessExpected;
 }
 
 ZepStatus leaveAtEndOfBlock(BitInput& in, ZepLZ77State& state) {
     state.status = kBlockHeader;
-    if (state.finalBlock != 1) {
-        // A stored block that follows must find its bytes in the source: those in the bit buffer
-        // bypass the history.
-        in.returnReadAhead();
-        return zepStsNoErr;
-    }
+    // What is held belongs to the next block.
+    if (state.finalBlock != 1) return zepStsNoErr;
     state.streamEnded = 1;
     in.drop(in.count % 8);
     in.returnBytes(in.count / 8);

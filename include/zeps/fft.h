@@ -1,7 +1,7 @@
 /** @file
  * Fast Fourier transforms of N = 2^order points, complex and real, in single precision.
  *
- * Set-up and execution are apart: zepsFFTInitAlloc_* builds a specification object with every table, execution only
+ * Set-up and execution are apart: zepsFFTInitAlloc_* builds an object with every table, execution only
  * reads it. One object serves any number of transforms and threads, provided that each concurrent call has scratch of
  * its own. Angles come from double-precision sines, rounded to float; execution makes no trigonometric call.
  *
@@ -31,13 +31,13 @@ extern "C" {
 #define ZEP_FFT_SCALE_NONE 8 /**< no division */
 /** @} */
 
-/** Specification of a complex transform: opaque, read-only between creation and release. */
+/** Object of a complex transform: opaque, read-only between creation and release. */
 typedef struct FFTSpecC32fc FFTSpecC32fc;
-/** Specification of a real transform: opaque, read-only between creation and release. */
+/** Object of a real transform: opaque, read-only between creation and release. */
 typedef struct FFTSpecR32f FFTSpecR32f;
 
 /**
- * Builds the specification of a complex transform of N = 2^order points. Allocates the object, and during the call a
+ * Builds the object of a complex transform of N = 2^order points. Allocates the object, and during the call a
  * table of sines from order 11 on; to be released by zepsFFTFree_C_32fc.
  *
  * @param ppSpec  receives the object; unwritten on every failure.
@@ -52,7 +52,7 @@ typedef struct FFTSpecR32f FFTSpecR32f;
 ZEP_API ZepStatus zepsFFTInitAlloc_C_32fc(FFTSpecC32fc** ppSpec, int order, int flag, int hint);
 
 /**
- * Builds the specification of a real transform of N = 2^order points; to be released by zepsFFTFree_R_32f.
+ * Builds the object of a real transform of N = 2^order points; to be released by zepsFFTFree_R_32f.
  *
  * @param ppSpec  receives the object; unwritten on every failure.
  * @param order   0 to 29.
@@ -65,20 +65,20 @@ ZEP_API ZepStatus zepsFFTInitAlloc_C_32fc(FFTSpecC32fc** ppSpec, int order, int 
 ZEP_API ZepStatus zepsFFTInitAlloc_R_32f(FFTSpecR32f** ppSpec, int order, int flag, int hint);
 
 /**
- * Releases a complex specification. The object's identifying word is cleared first, so that a second release is
+ * Releases a complex object. The object's identifying word is cleared first, so that a second release is
  * refused as long as the memory has not been used again.
  *
  * @param pSpec  from zepsFFTInitAlloc_C_32fc; no transform may be running on it.
- * @return       zepStsNullPtrErr, zepStsContextMatchErr (not a complex specification, or released), tested in this
+ * @return       zepStsNullPtrErr, zepStsContextMatchErr (not a complex object, or released), tested in this
  *               order; else zepStsNoErr.
  */
 ZEP_API ZepStatus zepsFFTFree_C_32fc(FFTSpecC32fc* pSpec);
 
 /**
- * Releases a real specification.
+ * Releases a real object.
  *
  * @param pSpec  from zepsFFTInitAlloc_R_32f; no transform may be running on it.
- * @return       zepStsNullPtrErr, zepStsContextMatchErr (not a real specification, or released), tested in this order;
+ * @return       zepStsNullPtrErr, zepStsContextMatchErr (not a real object, or released), tested in this order;
  *               else zepStsNoErr.
  */
 ZEP_API ZepStatus zepsFFTFree_R_32f(FFTSpecR32f* pSpec);
@@ -113,7 +113,7 @@ ZEP_API ZepStatus zepsFFTGetBufSize_R_32f(const FFTSpecR32f* pSpec, int* pBufSiz
  *                 else 1.
  * @param pBuffer  at least zepsFFTGetBufSize_C_32fc bytes, any alignment, one per thread; null: allocated and released
  *                 by this call. Ignored where the size is 0.
- * @return         zepStsNullPtrErr (pSpec), zepStsContextMatchErr (not a complex specification, or released),
+ * @return         zepStsNullPtrErr (pSpec), zepStsContextMatchErr (not a complex object, or released),
  *                 zepStsNullPtrErr (pSrc, pDst), zepStsMemAllocErr, tested in this order; else zepStsNoErr.
  * @note           On an error nothing is written.
  */
@@ -128,7 +128,7 @@ ZEP_API ZepStatus zepsFFTFwd_CToC_32fc(const Zep32fc* pSrc, Zep32fc* pDst, const
  * @param pSpec    from zepsFFTInitAlloc_C_32fc; s is 1/N with ZEP_FFT_SCALE_INV, 1/sqrt(N) with ZEP_FFT_SCALE_SQRT,
  *                 else 1.
  * @param pBuffer  as zepsFFTFwd_CToC_32fc.
- * @return         zepStsNullPtrErr (pSpec), zepStsContextMatchErr (not a complex specification, or released),
+ * @return         zepStsNullPtrErr (pSpec), zepStsContextMatchErr (not a complex object, or released),
  *                 zepStsNullPtrErr (pSrc, pDst), zepStsMemAllocErr, tested in this order; else zepStsNoErr.
  * @note           On an error nothing is written.
  */
@@ -146,7 +146,7 @@ ZEP_API ZepStatus zepsFFTInv_CToC_32fc(const Zep32fc* pSrc, Zep32fc* pDst, const
  *                 1.
  * @param pBuffer  at least zepsFFTGetBufSize_R_32f bytes, any alignment, one per thread; null: allocated and released
  *                 by this call. Ignored where the size is 0.
- * @return         zepStsNullPtrErr (pSpec), zepStsContextMatchErr (not a real specification, or released),
+ * @return         zepStsNullPtrErr (pSpec), zepStsContextMatchErr (not a real object, or released),
  *                 zepStsNullPtrErr (pSrc, pDst), zepStsMemAllocErr, tested in this order; else zepStsNoErr.
  * @note           On an error nothing is written.
  */

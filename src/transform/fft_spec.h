@@ -1,4 +1,4 @@
-// The transform specification object and its set-up steps.
+// The transform object and its set-up steps.
 //
 // One block of memory, beginning on a 32-byte boundary, holds the fixed fields and behind them
 // every table, each on a 32-byte boundary of its own. It is built in three steps, so that an owner

@@ -1,4 +1,4 @@
-// Layout and contents of the tables behind a specification object.
+// Layout and contents of the tables behind a transform object.
 #pragma once
 
 #include "transform/fft_sines.h"

@@ -1,4 +1,4 @@
-// The part of the model that reads a Huffman block: its header, its code lengths and its symbols.
+// The model's reader of a Huffman block: its header, its code lengths and its symbols.
 #include <array>
 
 #include "reference/deflate_model.h"

@@ -1,4 +1,4 @@
-// Set-up, release and scratch sizes of the specification objects, and every status in its order.
+// Set-up, release and scratch sizes of the transform objects, and every status in its order.
 #include <limits>
 
 #include "support/failing_heap.h"

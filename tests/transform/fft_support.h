@@ -1,4 +1,4 @@
-// What the transform tests share: owners of specification objects, arrays at any alignment between
+// What the transform tests share: owners of transform objects, arrays at any alignment between
 // guard pages, and the error measure.
 #pragma once
 
@@ -40,7 +40,7 @@ struct RealKind {
     static constexpr auto bufSize = zepsFFTGetBufSize_R_32f;
 };
 
-// Owns one specification object.
+// Owns one transform object.
 template <class Kind>
 class Fft {
 public:

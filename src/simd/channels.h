@@ -116,7 +116,7 @@ inline void storeParts(Block<16> x, void* p, std::ptrdiff_t stride) {
         x.store(to);
     } else if constexpr (partBytes == 8) {
         _mm_storel_epi64(reinterpret_cast<__m128i*>(to), x.v);
-        _mm_storeh_pd(reinterpret_cast<double*>(to + stride), _mm_castsi128_pd(x.v));
+        _mm_storeh_pi(reinterpret_cast<__m64*>(to + stride), _mm_castsi128_ps(x.v));
     } else {
         static_assert(partBytes == 4);
         for (int i = 0; i < 4; ++i) {

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 
@@ -51,16 +52,14 @@ std::vector<std::string> joined(std::vector<std::string> settings) {
     return settings;
 }
 
-}  // namespace
-
-ProgramResult runProgram(const std::vector<std::string>& arguments,
-                         const std::vector<std::string>& environment) {
-    const File out = temporaryFile(), error = temporaryFile();
+// Starts the program with these standard outputs.
+pid_t start(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
+            int out, int error) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, fileno(out.get()), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, fileno(error.get()), STDERR_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, out, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, error, STDERR_FILENO);
     std::vector<std::string> argumentTexts = arguments, environmentTexts = joined(environment);
     pid_t pid = 0;
     const int failed =
@@ -68,11 +67,42 @@ ProgramResult runProgram(const std::vector<std::string>& arguments,
                     pointers(environmentTexts).data());
     posix_spawn_file_actions_destroy(&actions);
     if (failed != 0) throw std::runtime_error("cannot run " + arguments[0]);
+    return pid;
+}
+
+int exitCode(pid_t pid) {
     int status = 0;
     while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
     }
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(out.get()),
-            contents(error.get())};
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+}  // namespace
+
+ProgramResult runProgram(const std::vector<std::string>& arguments,
+                         const std::vector<std::string>& environment) {
+    const File out = temporaryFile(), error = temporaryFile();
+    const int code =
+        exitCode(start(arguments, environment, fileno(out.get()), fileno(error.get())));
+    return {code, contents(out.get()), contents(error.get())};
+}
+
+ProgramResult runProgramOnTerminal(const std::vector<std::string>& arguments) {
+    const File out = temporaryFile();
+    const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0)
+        throw std::runtime_error("no terminal");
+    const int terminal = open(ptsname(master), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const pid_t pid = start(arguments, {}, fileno(out.get()), terminal);
+    close(terminal);
+    // Reading fails when the program, the last to hold the terminal, has ended.
+    std::string shown;
+    char part[4096];
+    for (ssize_t got; (got = read(master, part, sizeof part)) > 0;)
+        shown.append(part, static_cast<std::size_t>(got));
+    close(master);
+    const int code = exitCode(pid);
+    return {code, contents(out.get()), shown};
 }
 
 }  // namespace zep::test

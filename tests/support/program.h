@@ -16,4 +16,7 @@ struct ProgramResult {
 ProgramResult runProgram(const std::vector<std::string>& arguments,
                          const std::vector<std::string>& environment = {});
 
+// The same with a terminal for the standard error; error holds what it showed.
+ProgramResult runProgramOnTerminal(const std::vector<std::string>& arguments);
+
 }  // namespace zep::test

@@ -42,8 +42,34 @@ inline std::vector<Impulse> impulses(int order) {
             {rng()() % N, {-1.0f, 0.5f}}};
 }
 
-// Spectrum of a few impulses: its error is what the twiddles carry, at most 3 * 2^-24 of the height
-// for each level (a factor off by sqrt(1/2) * 2^-24, a product by sqrt(5) * 2^-24), and the sums'.
+inline Complex bin(std::size_t k, const std::vector<Impulse>& list, const Roots& root,
+                   Direction d) {
+    double re = 0, im = 0;
+    for (const Impulse& p : list) {
+        const Complex w = d == Direction::Forward ? root(p.n * k) : std::conj(root(p.n * k));
+        re += p.height.re * w.real() - p.height.im * w.imag();
+        im += p.height.re * w.imag() + p.height.im * w.real();
+    }
+    return {re, im};
+}
+
+// Of the parts of the bins, whatever their number.
+class WorstError {
+public:
+    void add(double is, double want) { worst_ = std::max(worst_, std::abs(is - want)); }
+    void add(Complex is, Complex want) {
+        add(is.real(), want.real());
+        add(is.imag(), want.imag());
+    }
+    operator double() const { return worst_; }
+
+private:
+    double worst_ = 0;
+};
+
+// In place, which saves memory and is the route that the tests against the reference do not take.
+// The error is what the twiddles carry, at most 3 * 2^-24 of the height for each level (a factor
+// off by sqrt(1/2) * 2^-24, a product by sqrt(5) * 2^-24), and the sums'.
 inline void impulsesBecomeExponentials(int order, Direction direction) {
     SCOPED_TRACE(testing::Message() << "order " << order);
     const std::size_t N = std::size_t{1} << order;
@@ -56,20 +82,9 @@ inline void impulsesBecomeExponentials(int order, Direction direction) {
         x[p.n].im += p.height.im;
         height += std::abs(toDouble(p.height));
     }
-    // In place, which saves memory and is the route that the tests against the reference do not
-    // take.
     ASSERT_EQ(ComplexFft(order).run(direction, x.data(), x.data()), zepStsNoErr);
-    double worst = 0;
-    for (std::size_t k = 0; k < N; ++k) {
-        double re = 0, im = 0;
-        for (const Impulse& p : list) {
-            const Complex w =
-                root(direction == Direction::Forward ? p.n * k : N - (p.n * k & (N - 1)));
-            re += p.height.re * w.real() - p.height.im * w.imag();
-            im += p.height.re * w.imag() + p.height.im * w.real();
-        }
-        worst = std::max({worst, std::abs(x[k].re - re), std::abs(x[k].im - im)});
-    }
+    WorstError worst;
+    for (std::size_t k = 0; k < N; ++k) worst.add(toDouble(x[k]), bin(k, list, root, direction));
     EXPECT_LE(worst, 3 * 0x1p-24 * order * height);
 }
 
@@ -79,29 +94,20 @@ inline void realImpulsesBecomePackedExponentials(int order) {
     SCOPED_TRACE(testing::Message() << "order " << order);
     const std::size_t N = std::size_t{1} << order;
     const Roots root(order);
-    const auto list = impulses(order);
+    auto list = impulses(order);
     std::vector<Zep32f> x(N);
     double height = 0;
-    for (const Impulse& p : list) {
+    for (Impulse& p : list) {
+        p.height.im = 0;
         x[p.n] += p.height.re;
         height += std::abs(p.height.re);
     }
     ASSERT_EQ(RealFft(order).forward(x.data(), x.data()), zepStsNoErr);
-    const auto bin = [&](std::size_t k) {
-        double re = 0, im = 0;
-        for (const Impulse& p : list) {
-            const Complex w = root(p.n * k);
-            re += p.height.re * w.real();
-            im += p.height.re * w.imag();
-        }
-        return Complex(re, im);
-    };
-    double worst = std::max(std::abs(x[0] - bin(0).real()), std::abs(x[1] - bin(N / 2).real()));
-    for (std::size_t k = 1; k < N / 2; ++k) {
-        const Complex want = bin(k);
-        worst = std::max(
-            {worst, std::abs(x[2 * k] - want.real()), std::abs(x[2 * k + 1] - want.imag())});
-    }
+    const auto want = [&](std::size_t k) { return bin(k, list, root, Direction::Forward); };
+    WorstError worst;
+    worst.add(x[0], want(0).real());
+    worst.add(x[1], want(N / 2).real());
+    for (std::size_t k = 1; k < N / 2; ++k) worst.add({x[2 * k], x[2 * k + 1]}, want(k));
     EXPECT_LE(worst, 3 * 0x1p-24 * (order + 2) * height);
 }
 

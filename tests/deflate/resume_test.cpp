@@ -260,6 +260,47 @@ TEST_P(DeflateResume, TheEndReturnsWhatWasReadBeyondIt) {
         }
 }
 
+// What is read ahead of the end of a block that is not the last belongs to the next one: the bytes
+// behind the block stay in the bit buffer, and the source pointer stands behind them.
+TEST_P(DeflateResume, TheEndOfABlockKeepsWhatWasReadBeyondIt) {
+    const Bytes next = noise(40);
+    for (const bool dynamic : {false, true})
+        for (const int literals : {1, 3, 200})  // the last ones are decoded without checks
+            for (const int behind : {0, 1, 2, 4, 6, 40}) {
+                DeflateWriter out;
+                if (dynamic)
+                    out.dynamic(false, reference::fixedLiteralLengths(),
+                                reference::fixedDistanceLengths());
+                else
+                    out.fixed(false);
+                for (int n = 0; n < literals; ++n) out.literal(n);
+                out.endOfBlock();
+                const std::int64_t endBit = out.bitLength();
+                out.align();
+                for (int n = 0; n < behind; ++n) out.byte(next[static_cast<std::size_t>(n)]);
+                Session session(out.bytes());
+                ASSERT_EQ(session.blockType(1), zepStsNoErr);
+                // Room for the whole block, and for the loops that want ample room.
+                ASSERT_EQ(session.decodeBlock(1 << 20, 1000), zepStsNoErr);
+                ASSERT_EQ(session.output().size(), static_cast<std::size_t>(literals));
+
+                const Session::Fields after = session.fields();
+                const int held = after.bitCount / 8;
+                if (behind <= 6)
+                    ASSERT_EQ(held, behind) << literals;  // all of them fit: up to 56 bits are held
+                else
+                    ASSERT_GE(held, 1) << literals;
+                // The rest of the block's last byte and the whole bytes behind it, nothing else.
+                ASSERT_EQ(8 * session.position() - after.bitCount, endBit);
+                std::uint64_t expected = 0;
+                for (int n = held; n > 0; --n)
+                    expected = expected << 8 | next[static_cast<std::size_t>(n - 1)];
+                ASSERT_EQ(after.bitBuffer, expected << after.bitCount % 8);
+                ASSERT_EQ(after.status, 0);
+                ASSERT_EQ(after.streamEnded, 0);
+            }
+}
+
 TEST_P(DeflateResume, AFullOutputAtTheEndOfTheInputReturnsAByte) {
     // A caller that loops while there is input must not take a full output for the end.
     for (const bool dynamic : {false, true})

@@ -141,7 +141,7 @@ ZEP_API ZepStatus zepsDecodeLZ77StoredBlock_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Z
  * - The end of another block returns nothing: bytes read beyond it stay in the bit buffer.
  * - The sets of code lengths are not validated. A code that stands for nothing decodes as the byte
  * 0 and consumes no bits, until the output is full; a distance code that stands for nothing gives
- * zepStsSizeErr. Of an over-subscribed set the codes that do not fit stand for nothing. Counts up
+ * zepStsSizeErr. Neither is said before the input in sight rules out every other code. Of an over-subscribed set the codes that do not fit stand for nothing. Counts up
  * to 288 and 32 are accepted; the symbols 286, 287, 30 and 31 stand for nothing. A repeat of the
  *   previous code length in first place repeats 0.
  * - While code lengths are read, fewer than 14 bits of input in sight give

@@ -20,6 +20,13 @@ TableEntry lookUp(const TableEntry* tables, unsigned start, Zep64u bits) {
                   (static_cast<unsigned>(bits >> Layout::rootBits) & ((1u << codeBitsOf(e)) - 1))];
 }
 
+// Bits without which the entry may belong to another code: look-ups take bits that have not arrived
+// for zeros. A code without a meaning consumes none, but may begin like one that has. Codes that no
+// symbol has come last: bits that lead to one of them, with zeros behind, lead to no other.
+constexpr unsigned bitsInSight(TableEntry e) {
+    return bitsOf(e) > codeBitsOf(e) ? bitsOf(e) : codeBitsOf(e);
+}
+
 // Decodes symbols until something runs out, or until mayRunFast(). A symbol is consumed whole or
 // not at all; it is not started without room.
 template <class Layout>
@@ -30,7 +37,7 @@ Stop decodeCarefully(const TableEntry* tables, BitInput& in, Output& out, ZepLZ7
         in.fill();
         if (in.count == 0) return Stop::inputEmpty;
         const TableEntry symbol = lookUp<Layout>(tables, 0, in.bits);
-        if (bitsOf(symbol) > in.count) return Stop::inputEmpty;
+        if (bitsInSight(symbol) > in.count) return Stop::inputEmpty;
         if (symbol & kLiteral) {
             in.drop(bitsOf(symbol));
             *out.next++ = static_cast<Zep8u>(valueOf(symbol));
@@ -42,7 +49,7 @@ Stop decodeCarefully(const TableEntry* tables, BitInput& in, Output& out, ZepLZ7
         }
         const Zep64u rest = in.bits >> bitsOf(symbol);
         const TableEntry offset = lookUp<Layout>(tables, Layout::distance, rest);
-        if (bitsOf(symbol) + bitsOf(offset) > in.count) return Stop::inputEmpty;
+        if (bitsOf(symbol) + bitsInSight(offset) > in.count) return Stop::inputEmpty;
         const std::size_t length = valueWithExtra(symbol, in.bits);
         in.drop(bitsOf(symbol) + bitsOf(offset));
         if (offset & kSpecial) return Stop::corrupt;

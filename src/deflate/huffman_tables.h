@@ -87,7 +87,8 @@ constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* 
     const auto entryOf = [&](unsigned symbol, int length) {
         const TableEntry e = alphabet[symbol];
         const unsigned n = static_cast<unsigned>(length);
-        return e == kNoSymbol ? nothing : e + (n << 8) + n;
+        // A code without a meaning has its length in sight all the same.
+        return e == kNoSymbol ? nothing | n << 8 : e + (n << 8) + n;
     };
 
     // The root, doubled from length to length.

@@ -5,10 +5,15 @@
 // code and extra bits leave the bit buffer in a single shift, and the loop that decodes it needs no
 // branch to tell literals, lengths and distances apart:
 //
-//   bits 0-5    bits to consume, code and extra bits together; 0 in a link and for a code that no
-//   symbol has bits 6-7    kLiteral, kNear bits 8-11   where the extra bits begin; in a link: index
-//   width of the subtable bits 12-15  kLink, kLength (two bits), kSpecial bits 16-30  literal, or
-//   base of the match length or of the distance; in a link: index of the subtable bit 31 kDistance
+//   bits 0-5    bits to consume, code and extra bits together; 0 in a link and where there is no
+//               symbol with a meaning
+//   bits 6-7    kLiteral, kNear
+//   bits 8-11   length of the code, behind which the extra bits begin; 0 where no symbol has one;
+//               in a link: index width of the subtable
+//   bits 12-15  kLink, kLength (two bits), kSpecial
+//   bits 16-30  literal, or base of the match length or of the distance; in a link: index of the
+//               subtable
+//   bit 31      kDistance
 #pragma once
 
 #include "zepcore.h"
@@ -28,7 +33,8 @@ inline constexpr TableEntry kDistance = 0x80000000;
 inline constexpr TableEntry kEndOfBlock = kSpecial;
 inline constexpr TableEntry kBad = kSpecial | 1u << 16;
 
-// Codes that no symbol has: a literal 0 or an impossible distance, at a cost of no bits.
+// Codes without a symbol that has a meaning: a literal 0 or an impossible distance, at a cost of no
+// bits.
 inline constexpr TableEntry kNoLiteral = kLiteral;
 inline constexpr TableEntry kNoDistance = kBad;
 

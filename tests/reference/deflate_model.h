@@ -83,8 +83,9 @@ private:
         std::vector<int> members;
     };
     struct Symbol {
-        int value;   // -1: unassigned
-        int length;  // bits; 0 when unassigned
+        int value;    // -1: unassigned
+        int length;   // bits; 0 when unassigned
+        int inSight;  // bits without which it cannot be told from another symbol
     };
     struct Lookup {
         int symbol = -1;

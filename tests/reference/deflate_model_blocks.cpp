@@ -43,12 +43,14 @@ DeflateModel::Symbol DeflateModel::find(const Code& code, std::int64_t skip,
         const int count = code.count[static_cast<std::size_t>(length)];
         if (word < first + count) {
             const int symbol = code.members[shorter + static_cast<std::size_t>(word - first)];
-            return symbol < firstUnused ? Symbol{symbol, length} : Symbol{-1, 0};
+            return symbol < firstUnused ? Symbol{symbol, length, length} : Symbol{-1, 0, length};
         }
         first += count;
         shorter += static_cast<std::size_t>(count);
     }
-    return {-1, 0};
+    // No code begins with these bits, nor with any that could follow: codes without a member come
+    // last.
+    return {-1, 0, 0};
 }
 
 // Entries that no code reaches keep what an earlier block left there.
@@ -133,7 +135,7 @@ int DeflateModel::symbols(bool dynamic, int dstLen, int observedStatus) {
         const std::int64_t bits = available();
         Symbol symbol = find(literal_, 0, 286);
         // Without room and without a whole code, both statuses tell the truth.
-        if (bits == 0 || symbol.length > bits)
+        if (bits == 0 || symbol.inSight > bits)
             return room() == 0 && observedStatus == zepStsDstSizeLessExpected
                        ? zepStsDstSizeLessExpected
                        : zepStsSrcSizeLessExpected;
@@ -141,8 +143,7 @@ int DeflateModel::symbols(bool dynamic, int dstLen, int observedStatus) {
             // 286 and 287 of the fixed code, eight bits each.
             if (room() == 0 && observedStatus == zepStsDstSizeLessExpected)
                 return zepStsDstSizeLessExpected;
-            if (bits < 8) return zepStsSrcSizeLessExpected;
-            bitPos_ += 8;
+            bitPos_ += symbol.inSight;
             return zepStsSizeErr;
         }
         if (symbol.value == kEndOfBlock) {
@@ -164,11 +165,8 @@ int DeflateModel::symbols(bool dynamic, int dstLen, int observedStatus) {
             baseOfLengthSymbol(symbol.value) + static_cast<int>(peek(lengthExtra, symbol.length));
         const Symbol far = find(distance_, used, 30);
         if (far.value == -1) {
-            if (!dynamic) {
-                used += 5;
-                if (used > bits) return zepStsSrcSizeLessExpected;
-            }
-            bitPos_ += used;
+            if (used + far.inSight > bits) return zepStsSrcSizeLessExpected;
+            bitPos_ += used + (dynamic ? 0 : far.inSight);
             return zepStsSizeErr;
         }
         const int distanceExtra = extraOfDistanceSymbol(far.value);

@@ -1,5 +1,6 @@
 /** @file
- * C++ layer: start-up status, processor type as text, and an allocator object for a host application.
+ * C++ layer: start-up status, processor type as text, and an allocator object for a host
+ * application.
  */
 #ifndef MOZEP_H
 #define MOZEP_H
@@ -11,8 +12,8 @@
 namespace Interfaces {
 
 /**
- * Memory as a host application wants it supplied. An implementation is used through a pointer to this class and
- * destroyed as its own type: the destructor is not virtual.
+ * Memory as a host application wants it supplied. An implementation is used through a pointer to
+ * this class and destroyed as its own type: the destructor is not virtual.
  */
 class ZEP_API IQMOMemoryAllocator {
 public:
@@ -39,12 +40,13 @@ protected:
 namespace MOZEP {
 
 /**
- * What the selection of the variant found when the library was loaded. A load never fails, and every function works
- * whatever is returned here.
+ * What the selection of the variant found when the library was loaded. A load never fails, and
+ * every function works whatever is returned here.
  *
- * @return  zepStsNoErr: an Intel processor with SSE3 or better; zepStsNonIntelCpu: a processor of another vendor, which
- *          runs the variant that its features earn; zepStsNotSupportedCpu: an Intel processor without SSE3, which runs
- *          the SSE2 code; zepStsNoOperation: called before the library's own start-up has run.
+ * @return  zepStsNoErr: an Intel processor with SSE3 or better; zepStsNonIntelCpu: a processor of
+ *          another vendor, which runs the variant that its features earn; zepStsNotSupportedCpu: an
+ *          Intel processor without SSE3, which runs the SSE2 code; zepStsNoOperation: called before
+ *          the library's own start-up has run.
  */
 ZEP_API ZepStatus mozepStaticInitResult();
 
@@ -60,8 +62,8 @@ ZEP_API const char* mozepCpuTypeString();
 ZEP_API const char* mozepCpuType2String(ZepCpuType type);
 
 /**
- * The library's memory as an allocator object. It has no state: copies are alike, and a block may be released through
- * any of them, or by zepsFree. As thread-safe as the C heap.
+ * The library's memory as an allocator object. It has no state: copies are alike, and a block may
+ * be released through any of them, or by zepsFree. As thread-safe as the C heap.
  */
 class ZEP_API MOZEPMemoryAllocator : public Interfaces::IQMOMemoryAllocator {
 public:

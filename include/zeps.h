@@ -1,10 +1,11 @@
 /** @file
  * Signal domain: the one header that callers include.
  *
- * Every function checks its arguments in this order, unless its own comment says otherwise: null pointers
- * (zepStsNullPtrErr), lengths not greater than 0 (zepStsSizeErr), then what is particular to it. Nothing is written
- * before all checks have passed. Warnings (positive statuses) are returned after the whole operation has finished.
- * No alignment is asked of any pointer. All functions may be called from several threads at once on different data.
+ * Every function checks its arguments in this order, unless its own comment says otherwise: null
+ * pointers (zepStsNullPtrErr), lengths not greater than 0 (zepStsSizeErr), then what is particular
+ * to it. Nothing is written before all checks have passed. Warnings (positive statuses) are
+ * returned after the whole operation has finished. No alignment is asked of any pointer. All
+ * functions may be called from several threads at once on different data.
  */
 #ifndef ZEPS_H
 #define ZEPS_H

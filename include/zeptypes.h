@@ -1,6 +1,6 @@
 /** @file
- * Element types. A complex element is two consecutive scalars, real part first, with no gap: a vector of N complex
- * elements is 2N scalars.
+ * Element types. A complex element is two consecutive scalars, real part first, with no gap: a
+ * vector of N complex elements is 2N scalars.
  */
 #ifndef ZEPTYPES_H
 #define ZEPTYPES_H

@@ -25,23 +25,23 @@
  *
  * What all decoding functions share:
  * - Pointers and lengths are passed by address and brought up to date on every return except from
- * the checks at entry: a pointer stands behind the last byte used, a length tells what is left.
+ *   the checks at entry: a pointer stands behind the last byte used, a length tells what is left.
  * - Statuses: zepStsNoErr, the block has ended and was not the last; zepStsSrcSizeLessExpected
- * (32), input ran out, call the same function with more; zepStsDstSizeLessExpected (33), output is
- * full, call the same function with new room; zepStsStreamEnd (34), the last block has ended;
- * zepStsSizeErr, the stream is corrupt (or a length is negative); zepStsErr, this function cannot
- * continue from where the decoder stands, nothing is consumed.
+ *   (32), input ran out, call the same function with more; zepStsDstSizeLessExpected (33), output
+ *   is full, call the same function with new room; zepStsStreamEnd (34), the last block has ended;
+ *   zepStsSizeErr, the stream is corrupt (or a length is negative); zepStsErr, this function cannot
+ *   continue from where the decoder stands, nothing is consumed.
  * - Output already made is valid on every status. The history of 32 KiB that matches refer to is
- * kept in the state, so each call may write anywhere. A match that reaches back beyond the start of
- * the stream is not an error: it yields what the history holds, zeros after initialisation.
+ *   kept in the state, so each call may write anywhere. A match that reaches back beyond the start
+ *   of the stream is not an error: it yields what the history holds, zeros after initialisation.
  * - Input and output may have any alignment; they must not overlap each other, except in the stored
- * decoder, which then copies byte by byte in rising order.
+ *   decoder, which then copies byte by byte in rising order.
  * - No read outside the source, no write outside the destination, and a return after a bounded
- * time, whatever the input. Bytes of the destination behind the updated pointer are left alone or,
- * inside the room given, scratch.
+ *   time, whatever the input. Bytes of the destination behind the updated pointer are left alone
+ *   or, inside the room given, scratch.
  * - All variants write the same bytes and return the same statuses, pointers and lengths.
  * - One state belongs to one thread at a time; different states may run in parallel. Nothing is
- * allocated after initialisation.
+ *   allocated after initialisation.
  */
 #ifndef ZEPS_DEFLATE_H
 #define ZEPS_DEFLATE_H
@@ -64,7 +64,7 @@ typedef struct ZepLZ77State ZepLZ77State;
  * @param initArgument  kept in the state, without effect on decoding.
  * @param ppState       takes the state, to be released by zepsLZ77Free_8u.
  * @return              zepStsNullPtrErr (ppState), zepStsMemAllocErr, tested in this order; else
- * zepStsNoErr. On an error nothing is written.
+ *                      zepStsNoErr. On an error nothing is written.
  */
 ZEP_API ZepStatus zepsDecodeLZ77InitAlloc_8u(Zep32s initArgument, ZepLZ77State** ppState);
 
@@ -81,10 +81,10 @@ ZEP_API void zepsLZ77Free_8u(ZepLZ77State* pState);
  * @param ppSrc       input; at most one byte is taken.
  * @param pSrcLen     bytes at *ppSrc.
  * @param pBlockType  takes 0 fixed Huffman, 1 dynamic Huffman, 2 stored (not the numbers of the
- * stream).
+ *                    stream).
  * @param pState      decoder.
  * @return            zepStsNullPtrErr (any argument or *ppSrc), zepStsSrcSizeLessExpected, tested
- * in this order; else zepStsNoErr.
+ *                    in this order; else zepStsNoErr.
  */
 ZEP_API ZepStatus zepsDecodeLZ77GetBlockType_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Zep32s* pBlockType,
                                                 ZepLZ77State* pState);
@@ -105,9 +105,9 @@ ZEP_API ZepStatus zepsDecodeLZ77SetStatus_8u(Zep32s value, ZepLZ77State* pState)
  * the history, so a later match that reaches back to them across calls differs from RFC 1951. A
  * Huffman block before this one may leave whole bytes there: where its end lies more than a byte
  * before the end of the input that was given. A caller that wants RFC 1951 to the letter gives the
- * Huffman decoders single bytes near the end of such a block. When the block is shorter than the bytes held, the surplus bytes are written too, never beyond the room, and
- * then both pointers move back over them. The end of a last block does not return bytes of the bit
- * buffer to the source.
+ * Huffman decoders single bytes near the end of such a block. When the block is shorter than the
+ * bytes held, the surplus bytes are written too, never beyond the room, and then both pointers move
+ * back over them. The end of a last block does not return bytes of the bit buffer to the source.
  *
  * @param ppSrc    input.
  * @param pSrcLen  bytes at *ppSrc; 0 or less: none.
@@ -115,10 +115,10 @@ ZEP_API ZepStatus zepsDecodeLZ77SetStatus_8u(Zep32s value, ZepLZ77State* pState)
  * @param pDstLen  room at *ppDst in bytes; less than 0: none.
  * @param pState   decoder.
  * @return         zepStsNullPtrErr (any argument, *ppSrc or *ppDst), zepStsDstSizeLessExpected (no
- * room, even for an empty block), zepStsErr (the decoder does not stand in a stored block),
- * zepStsSizeErr (LEN and NLEN disagree; repeated by every further call), tested in this order;
- * zepStsSrcSizeLessExpected, zepStsDstSizeLessExpected, zepStsStreamEnd, zepStsNoErr as described
- * at the top of this file.
+ *                 room, even for an empty block), zepStsErr (the decoder does not stand in a stored
+ *                 block), zepStsSizeErr (LEN and NLEN disagree; repeated by every further call),
+ *                 tested in this order; zepStsSrcSizeLessExpected, zepStsDstSizeLessExpected,
+ *                 zepStsStreamEnd, zepStsNoErr as described at the top of this file.
  */
 ZEP_API ZepStatus zepsDecodeLZ77StoredBlock_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Zep8u** ppDst,
                                                Zep32s* pDstLen, ZepLZ77State* pState);
@@ -131,21 +131,22 @@ ZEP_API ZepStatus zepsDecodeLZ77StoredBlock_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Z
  * out.
  *
  * - A symbol is started only while there is room, the end of block too: when a block fills the
- * output exactly, its end is reported by the next call, which needs room for at least one byte.
+ *   output exactly, its end is reported by the next call, which needs room for at least one byte.
  * - zepStsDstSizeLessExpected with the input used up and a whole byte still in the bit buffer
- * returns that one byte to the source: *pSrcLen is 1, so a loop that ends on an empty input does
- * not stop too early.
+ *   returns that one byte to the source: *pSrcLen is 1, so a loop that ends on an empty input does
+ *   not stop too early.
  * - zepStsStreamEnd returns all whole bytes behind the stream to the source: *ppSrc stands at the
- * first byte after the stream. Both returns may move the pointer back over bytes of an earlier
- * call.
+ *   first byte after the stream. Both returns may move the pointer back over bytes of an earlier
+ *   call.
  * - The end of another block returns nothing: bytes read beyond it stay in the bit buffer.
  * - The sets of code lengths are not validated. A code that stands for nothing decodes as the byte
- * 0 and consumes no bits, until the output is full; a distance code that stands for nothing gives
- * zepStsSizeErr. Neither is said before the input in sight rules out every other code. Of an over-subscribed set the codes that do not fit stand for nothing. Counts up
- * to 288 and 32 are accepted; the symbols 286, 287, 30 and 31 stand for nothing. A repeat of the
- *   previous code length in first place repeats 0.
+ *   0 and consumes no bits, until the output is full; a distance code that stands for nothing gives
+ *   zepStsSizeErr. Neither is said before the input in sight rules out every other code. Of an
+ *   over-subscribed set the codes that do not fit stand for nothing. Counts up to 288 and 32 are
+ *   accepted; the symbols 286, 287, 30 and 31 stand for nothing. A repeat of the previous code
+ *   length in first place repeats 0.
  * - While code lengths are read, fewer than 14 bits of input in sight give
- * zepStsSrcSizeLessExpected.
+ *   zepStsSrcSizeLessExpected.
  * - A repeat past the last code length gives zepStsSizeErr, again in every further call.
  *
  * @param ppSrc     input; *ppSrc is not checked for null.
@@ -155,8 +156,9 @@ ZEP_API ZepStatus zepsDecodeLZ77StoredBlock_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Z
  * @param reserved  ignored.
  * @param pState    decoder.
  * @return          zepStsNullPtrErr (an argument other than reserved), zepStsSizeErr (a negative
- * length), zepStsDstSizeLessExpected (no room), zepStsErr (the decoder stands in a block of another
- * type, or the next block is one), tested in this order; else as described at the top of this file.
+ *                  length), zepStsDstSizeLessExpected (no room), zepStsErr (the decoder stands in a
+ *                  block of another type, or the next block is one), tested in this order; else as
+ *                  described at the top of this file.
  */
 ZEP_API ZepStatus zepsDecodeLZ77DynamicHuffFull_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Zep8u** ppDst,
                                                    Zep32s* pDstLen, void* reserved,

@@ -21,8 +21,9 @@ ZEP_API void zepiFree(void* ptr);
  *
  * @param len  elements.
  * @return     the block; null when len is not greater than 0 or memory is short.
- * @warning    The byte count is formed in 32 bits and not checked for overflow: a count of 2^31 bytes and more is cut to
- *             its low 32 bits, which gives null or a smaller block. Keep len times the element size below 2^31.
+ * @warning    The byte count is formed in 32 bits and not checked for overflow: a count of 2^31
+ *             bytes and more is cut to its low 32 bits, which gives null or a smaller block. Keep
+ *             len times the element size below 2^31.
  * @{
  */
 ZEP_API Zep8u* zepsMalloc_8u(int len);

@@ -11,8 +11,8 @@ extern "C" {
 #endif
 
 /**
- * Record of the signal domain for the variant that runs: its targetTag is "m7" (SSE2 or SSE3), "u8" (SSSE3), "n8"
- * (SSSE3 and MOVBE), "y8" (SSE4.1) or "e9" (AVX), its libName the domain and tag.
+ * Record of the signal domain for the variant that runs: its targetTag is "m7" (SSE2 or SSE3), "u8"
+ * (SSSE3), "n8" (SSSE3 and MOVBE), "y8" (SSE4.1) or "e9" (AVX), its libName the domain and tag.
  *
  * @return constant record, never null.
  */

@@ -32,6 +32,10 @@ struct SplitComplex {
         return {a.re - b.re, a.im - b.im};
     }
     friend SplitComplex operator*(SplitComplex a, V s) { return {a.re * s, a.im * s}; }
+    friend void keepInRegister(SplitComplex& a) {
+        simd::keepInRegister(a.re);
+        simd::keepInRegister(a.im);
+    }
 };
 
 // The shuffles of one width.

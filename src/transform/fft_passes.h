@@ -109,9 +109,17 @@ template <Direction D, int R, Output kOutput>
         Cplx x[R];
         x[0] = Cplx::load(in);
 #pragma GCC unroll 16
-        for (int e = 1; e < R; ++e)
-            x[e] = rotate<D>(Cplx::load(in + reversedDigit<R>(e) * inStride),
-                             Cplx::load(twiddles + (e - 1) * 2 * kLanes));
+        for (int e = 1; e < R; ++e) {
+            Cplx y = Cplx::load(in + reversedDigit<R>(e) * inStride);
+            Cplx w = Cplx::load(twiddles + (e - 1) * 2 * kLanes);
+            // A product uses each part twice. Four points leave registers for all of them, and
+            // their loads are what limits the pass; eight points do not.
+            if constexpr (R == 4) {
+                keepInRegister(y);
+                keepInRegister(w);
+            }
+            x[e] = rotate<D>(y, w);
+        }
         butterfly<D, R>(x);
 #pragma GCC unroll 16
         for (int k = 0; k < R; ++k) storeColumn<kOutput>(x[k], out + k * outStride, factor);

@@ -1,4 +1,4 @@
-// Butterflies of 2, 4 and 8 points on complex vectors with parts apart.
+// Butterflies of 2, 4, 8 and 16 points on complex vectors with parts apart.
 //
 // x holds the points in natural order and receives the bins in natural order. The direction decides
 // the sign of the imaginary unit: exp(-2*pi*i/R) forward, its conjugate inverse.
@@ -82,17 +82,72 @@ template <Direction D, class C>
     x[7] = subQuarter<D>(e3, o3);
 }
 
+// The second stage of four points from sums and differences of its pairs: a, c = b0 +- b2 and
+// d, e = b1 +- b3.
+template <Direction D, class C>
+[[gnu::always_inline]] inline void joinPairs(C a, C c, C d, C e, C& x0, C& x1, C& x2, C& x3) {
+    x0 = a + d;
+    x1 = addQuarter<D>(c, e);
+    x2 = a - d;
+    x3 = subQuarter<D>(c, e);
+}
+
+// Four by four: points n, n + 4, n + 8, n + 12 for n = 0 .. 3, bin k of each rotated by n*k
+// sixteenths of a turn, then the four bins of one k. Four points at a time are what the registers
+// hold. Quarters and halves of a turn are left to the joins.
+template <Direction D, class C>
+[[gnu::always_inline]] inline void butterfly16(C (&x)[16]) {
+    using V = decltype(x[0].re);
+    const V sqrtHalf = V::broadcast(0.70710678f);
+    const C sixteenth{V::broadcast(0.92387953f), V::broadcast(-0.38268343f)};
+    const C threeSixteenths{V::broadcast(0.38268343f), V::broadcast(-0.92387953f)};
+    C b[4][4];  // by k, then n
+#pragma GCC unroll 16
+    for (int n = 0; n < 4; ++n) {
+        b[0][n] = x[n];
+        b[1][n] = x[n + 4];
+        b[2][n] = x[n + 8];
+        b[3][n] = x[n + 12];
+        butterfly4<D>(b[0][n], b[1][n], b[2][n], b[3][n]);
+        if (n == 1) {
+            b[1][n] = rotate<D>(b[1][n], sixteenth);
+            b[2][n] = rotateEighth<D>(b[2][n], sqrtHalf);
+            b[3][n] = rotate<D>(b[3][n], threeSixteenths);
+        } else if (n == 2) {
+            b[1][n] = rotateEighth<D>(b[1][n], sqrtHalf);
+            b[3][n] = rotateEighth<D>(b[3][n], sqrtHalf);  // and a quarter
+        } else if (n == 3) {
+            b[1][n] = rotate<D>(b[1][n], threeSixteenths);
+            b[2][n] = rotateEighth<D>(b[2][n], sqrtHalf);  // and a quarter
+            b[3][n] = rotate<D>(b[3][n], sixteenth);       // and a half
+        }
+    }
+    butterfly4<D>(b[0][0], b[0][1], b[0][2], b[0][3]);
+    butterfly4<D>(b[1][0], b[1][1], b[1][2], b[1][3]);
+    joinPairs<D>(addQuarter<D>(b[2][0], b[2][2]), subQuarter<D>(b[2][0], b[2][2]),
+                 addQuarter<D>(b[2][1], b[2][3]), subQuarter<D>(b[2][1], b[2][3]), b[2][0], b[2][1],
+                 b[2][2], b[2][3]);
+    joinPairs<D>(addQuarter<D>(b[3][0], b[3][2]), subQuarter<D>(b[3][0], b[3][2]),
+                 b[3][1] - b[3][3], b[3][1] + b[3][3], b[3][0], b[3][1], b[3][2], b[3][3]);
+#pragma GCC unroll 16
+    for (int k = 0; k < 4; ++k)
+#pragma GCC unroll 16
+        for (int m = 0; m < 4; ++m) x[k + 4 * m] = b[k][m];
+}
+
 template <Direction D, int R, class C>
 [[gnu::always_inline]] inline void butterfly(C (&x)[R]) {
-    static_assert(R == 2 || R == 4 || R == 8);
+    static_assert(R == 2 || R == 4 || R == 8 || R == 16);
     if constexpr (R == 2) {
         const C a = x[0];
         x[0] = a + x[1];
         x[1] = a - x[1];
     } else if constexpr (R == 4) {
         butterfly4<D>(x[0], x[1], x[2], x[3]);
-    } else {
+    } else if constexpr (R == 8) {
         butterfly8<D>(x);
+    } else {
+        butterfly16<D>(x);
     }
 }
 

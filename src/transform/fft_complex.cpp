@@ -15,6 +15,8 @@ void FFTComplex(const Zep32fc* src, Zep32fc* dst, int order, const FftObject& sp
             FFTDirectScaled<D>(src, dst, order, scale);
         else
             FFTDirect<D>(src, dst, order);
+    } else if (order == kStraightOrder) {
+        FFTStraight<D>(src, dst, scale);
     } else if (order < kSplitFromOrder) {
         FFTSingleBlock<D>(src, dst, order, spec, scratch, scale);
     } else {

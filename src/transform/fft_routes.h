@@ -13,7 +13,12 @@ void FFTDirect(const Zep32fc* src, Zep32fc* dst, int order);
 template <Direction D>
 void FFTDirectScaled(const Zep32fc* src, Zep32fc* dst, int order, float scale);
 
-// One uninterrupted run of passes, orders above the direct ones, below kSplitFromOrder.
+// The one straight-line kernel above those, of order kStraightOrder; dst may equal src. A scale of
+// 1 leaves all values.
+template <Direction D>
+void FFTStraight(const Zep32fc* src, Zep32fc* dst, float scale);
+
+// One uninterrupted run of passes, orders above the straight ones, below kSplitFromOrder.
 // scratch holds 2^order elements on a 32-byte boundary; dst may equal src. The scale is applied
 // with the last pass; 1 leaves all values.
 template <Direction D>

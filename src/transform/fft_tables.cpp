@@ -86,7 +86,7 @@ void layoutLevel(Layout& layout, FftObject* spec, int level, int blockOrder, int
 }
 
 void layoutComplex(Layout& layout, FftObject* spec, int order, const Sines* sines) {
-    if (order <= Tuning::directMaxOrder) return;
+    if (order <= kStraightOrder) return;
     int blockOrder = order;
     const bool isLong = order >= kSplitFromOrder;
     for (int level = 0; isLong && splitAt(level, blockOrder).r > 0; ++level) {

@@ -73,6 +73,10 @@ struct FftTuning<tag::e9> {
 
 using Tuning = FftTuning<VariantTag>;
 
+// The transform of the order above the direct ones has scratch, as callers see, but needs none: 16
+// rows of vectors still run as one straight line, in 0.8 of the time of three passes.
+constexpr int kStraightOrder = Tuning::directMaxOrder + 1;
+
 // From this order on the tiled bit reversal and a split pay, also where the scratch of a whole
 // block is at hand: at 2^16 points they take 0.62 of the time of one run of passes. Below, the
 // detour of the tiles through scratch costs more.

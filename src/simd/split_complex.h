@@ -39,6 +39,11 @@ struct SplitComplex {
 };
 
 // The shuffles of one width.
+//
+// transpose turns `lanes` rows into columns, both in slot order. The same in two steps lets half of
+// the rows go through the first one before the others are known: pairColumns takes the rows of the
+// even slots, or those of the odd ones, and leaves their elements 2*i and 2*i + 1 in r[i]; zipLow
+// and zipHigh of the two r[i] are columns 2*i and 2*i + 1.
 template <class V>
 struct ComplexShuffle;
 
@@ -68,6 +73,11 @@ struct ComplexShuffle<Vec<float, 4>> {
         _mm_storeu_ps(p, _mm_shuffle_ps(b, b, 0x4E));
     }
     static void transpose(V (&r)[4]) { _MM_TRANSPOSE4_PS(r[0].v, r[1].v, r[2].v, r[3].v); }
+    static void pairColumns(V (&r)[2]) {
+        const V a = r[0], b = r[1];
+        r[0] = zipLow(a, b);
+        r[1] = zipHigh(a, b);
+    }
 };
 
 #if defined(__AVX__)
@@ -121,6 +131,14 @@ struct ComplexShuffle<Vec<float, 8>> {
             r[i].v = _mm256_permute2f128_ps(u[i], u[i + 4], 0x20);
             r[i + 4].v = _mm256_permute2f128_ps(u[i], u[i + 4], 0x31);
         }
+    }
+    static void pairColumns(V (&r)[4]) {
+        const V a = zipLow(r[0], r[1]), b = zipHigh(r[0], r[1]);
+        const V c = zipLow(r[2], r[3]), d = zipHigh(r[2], r[3]);
+        r[0].v = _mm256_permute2f128_ps(a.v, c.v, 0x20);
+        r[1].v = _mm256_permute2f128_ps(a.v, c.v, 0x31);
+        r[2].v = _mm256_permute2f128_ps(b.v, d.v, 0x20);
+        r[3].v = _mm256_permute2f128_ps(b.v, d.v, 0x31);
     }
 
 private:

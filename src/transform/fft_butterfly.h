@@ -92,6 +92,21 @@ template <Direction D, class C>
     x3 = subQuarter<D>(c, e);
 }
 
+// The odd bins of 4 or 8 points from the differences of points half a row apart; the even ones are
+// the butterfly of the sums.
+template <Direction D, class C>
+[[gnu::always_inline]] inline void oddButterfly(C (&d)[2]) {
+    const C a = d[0], b = d[1];
+    d[0] = addQuarter<D>(a, b);
+    d[1] = subQuarter<D>(a, b);
+}
+template <Direction D, class C>
+[[gnu::always_inline]] inline void oddButterfly(C (&d)[4]) {
+    rotateOdd8<D>(d[1], d[3], decltype(d[0].re)::broadcast(0.70710678f));
+    joinPairs<D>(addQuarter<D>(d[0], d[2]), subQuarter<D>(d[0], d[2]), addQuarter<D>(d[1], d[3]),
+                 subQuarter<D>(d[1], d[3]), d[0], d[1], d[2], d[3]);
+}
+
 // Four by four: points n, n + 4, n + 8, n + 12 for n = 0 .. 3, bin k of each rotated by n*k
 // sixteenths of a turn, then the four bins of one k. Four points at a time are what the registers
 // hold. Quarters and halves of a turn are left to the joins.

@@ -138,28 +138,46 @@ template <Direction D, int R>
         joinColumns<D, R, Output::Split>(work, stride, work, stride, twiddles, group, 1.0f);
 }
 
+// The first step of a transposition of the even bins, or the odd ones, of kLanes points.
+[[gnu::always_inline]] inline void pairBins(const Cplx (&bins)[kLanes / 2], Real (&re)[kLanes / 2],
+                                            Real (&im)[kLanes / 2]) {
+#pragma GCC unroll 16
+    for (int i = 0; i < kLanes / 2; ++i) {
+        re[i] = bins[simd::slotElement<Real>(2 * i) / 2].re;
+        im[i] = bins[simd::slotElement<Real>(2 * i) / 2].im;
+    }
+    Shuffle::pairColumns(re);
+    Shuffle::pairColumns(im);
+}
+
 // The first pass: bit reversal and a transform of kLanes points, without twiddles, for the kLanes
 // neighbouring bases from src on. Legs are legStride floats apart; group s of the result goes to
 // out + s * outStride in the order of bit-reversed bases.
 template <Direction D>
 [[gnu::always_inline]] inline void firstColumn(const float* src, std::ptrdiff_t legStride,
                                                float* out, std::ptrdiff_t outStride) {
-    Cplx x[kLanes];
+    constexpr int kHalf = kLanes / 2;
+    Cplx sum[kHalf], difference[kHalf];
 #pragma GCC unroll 16
-    for (int e = 0; e < kLanes; ++e) x[e] = Shuffle::loadInterleaved(src + e * legStride);
-    butterfly<D, kLanes>(x);
-    Real re[kLanes], im[kLanes];
-#pragma GCC unroll 16
-    for (int s = 0; s < kLanes; ++s) {
-        re[s] = x[simd::slotElement<Real>(s)].re;
-        im[s] = x[simd::slotElement<Real>(s)].im;
+    for (int e = 0; e < kHalf; ++e) {
+        const Cplx a = Shuffle::loadInterleaved(src + e * legStride);
+        const Cplx b = Shuffle::loadInterleaved(src + (e + kHalf) * legStride);
+        sum[e] = a + b;
+        difference[e] = a - b;
     }
-    Shuffle::transpose(re);
-    Shuffle::transpose(im);
+    // Sums and shuffles compete for units; taking turns they keep them all busy.
+    Real evenRe[kHalf], evenIm[kHalf], oddRe[kHalf], oddIm[kHalf];
+    butterfly<D, kHalf>(sum);
+    pairBins(sum, evenRe, evenIm);
+    oddButterfly<D>(difference);
+    pairBins(difference, oddRe, oddIm);
 #pragma GCC unroll 16
-    for (int s = 0; s < kLanes; ++s)
-        Cplx{re[s], im[s]}.store(out +
-                                 reversedDigit<kLanes>(simd::slotElement<Real>(s)) * outStride);
+    for (int i = 0; i < kHalf; ++i) {
+        float* even = out + reversedDigit<kLanes>(2 * i) * outStride;
+        float* odd = out + reversedDigit<kLanes>(2 * i + 1) * outStride;
+        Cplx{zipLow(evenRe[i], oddRe[i]), zipLow(evenIm[i], oddIm[i])}.store(even);
+        Cplx{zipHigh(evenRe[i], oddRe[i]), zipHigh(evenIm[i], oddIm[i])}.store(odd);
+    }
 }
 
 }  // namespace zep::ZEP_VARIANT

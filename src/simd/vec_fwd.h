@@ -30,4 +30,12 @@ template <class V>
     asm("" : "+x"(a.v));
 }
 
+// The value, made here and now: branches that all return it then end in a plain return, not in a
+// jump to the one place where it is made.
+template <class T>
+[[gnu::always_inline]] inline T madeHere(T x) {
+    asm("" : "+r"(x));
+    return x;
+}
+
 }  // namespace zep::ZEP_VARIANT::simd

@@ -40,6 +40,20 @@ inline void mapFour(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
     a.store(dst), b.store(dst + n), c.store(dst + last), d.store(dst + last + n);
 }
 
+// 4 * B::bytes <= bytes <= 8 * B::bytes.
+template <class B, class Op, class... Src>
+inline void mapEight(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
+    constexpr std::size_t n = B::bytes;
+    const std::size_t last = bytes - 4 * n;
+    const auto a = op(B::load(src)...), b = op(B::load(src + n)...);
+    const auto c = op(B::load(src + 2 * n)...), d = op(B::load(src + 3 * n)...);
+    const auto e = op(B::load(src + last)...), f = op(B::load(src + last + n)...);
+    const auto g = op(B::load(src + last + 2 * n)...), h = op(B::load(src + last + 3 * n)...);
+    a.store(dst), b.store(dst + n), c.store(dst + 2 * n), d.store(dst + 3 * n);
+    e.store(dst + last), f.store(dst + last + n);
+    g.store(dst + last + 2 * n), h.store(dst + last + 3 * n);
+}
+
 // 1 <= bytes <= 4 * B::bytes.
 template <class B = simd::WideBlock, class Op, class... Src>
 [[gnu::always_inline]] inline void mapSmall(Op op, std::uint8_t* dst, std::size_t bytes,
@@ -58,12 +72,12 @@ template <class B = simd::WideBlock, class Op, class... Src>
 
 inline constexpr std::size_t kLine = 64;
 
-// One cache line in registers. Its stores ascend: see zep_kernels_in_store_order.
-template <class B, class = std::make_index_sequence<kLine / B::bytes>>
+// Whole cache lines in registers. Their stores ascend: see zep_kernels_in_store_order.
+template <class B, int kLines = 1, class = std::make_index_sequence<kLines * kLine / B::bytes>>
 struct Line;
 
-template <class B, std::size_t... I>
-struct Line<B, std::index_sequence<I...>> {
+template <class B, int kLines, std::size_t... I>
+struct Line<B, kLines, std::index_sequence<I...>> {
     B blocks[sizeof...(I)];
 
     template <class Op, class... Src>
@@ -86,24 +100,31 @@ private:
 template <class B = simd::WideBlock, std::size_t elementBytes = 1, class Op, class... Src>
 [[gnu::always_inline]] inline void mapAscending(Op op, std::uint8_t* dst, std::size_t bytes,
                                                 Src... src) {
-    const std::size_t tailAt = bytes - kLine;
+    const auto tailAt = static_cast<std::ptrdiff_t>(bytes - kLine);
     const auto head = Line<B>::map(op, src...);
     const auto tail = Line<B>::map(op, src + tailAt...);
     const std::size_t wholeElementsBehind = bytesBehindBoundary(dst, kLine) & ~(elementBytes - 1);
-    for (std::size_t n = kLine - wholeElementsBehind; n < tailAt; n += kLine) {
-        const auto line = Line<B>::map(op, src + n...);
+    const auto put = [=](const auto& lines, std::ptrdiff_t n) __attribute__((always_inline)) {
         if constexpr (elementBytes == 1)
-            line.storeAligned(dst + n);
+            lines.storeAligned(dst + n);
         else
-            line.store(dst + n);
-    }
+            lines.store(dst + n);
+    };
+    auto n = static_cast<std::ptrdiff_t>(kLine - wholeElementsBehind);
+    // Two lines a step let the loads run ahead of the stores; narrow registers are too few for
+    // that.
+    if constexpr (B::bytes >= 32)
+        for (; n < tailAt - std::ptrdiff_t{kLine}; n += 2 * kLine)
+            put(Line<B, 2>::map(op, src + n...), n);
+    for (; n < tailAt; n += kLine) put(Line<B>::map(op, src + n...), n);
     tail.store(dst + tailAt);
     head.store(dst);
 }
 
 // Both of them, by the size.
 template <class B = simd::WideBlock, std::size_t elementBytes = 1, class Op, class... Src>
-inline void mapBytes(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
+[[gnu::always_inline]] inline void mapBytes(Op op, std::uint8_t* dst, std::size_t bytes,
+                                            Src... src) {
     if (bytes <= 4 * std::size_t{B::bytes}) return mapSmall<B>(op, dst, bytes, src...);
     mapAscending<B, elementBytes>(op, dst, bytes, src...);
 }

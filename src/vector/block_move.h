@@ -3,7 +3,9 @@
 // src.
 #pragma once
 
+#include "simd/vec_fwd.h"
 #include "vector/block_map.h"
+#include "vector/byte_count.h"
 
 namespace zep::ZEP_VARIANT {
 
@@ -17,13 +19,13 @@ inline constexpr auto unchanged = [](auto block) { return block; };
     mapSmall(unchanged, dst, bytes, src);
 }
 
-// bytes > kLine.
+// bytes > kLine, here and below.
 [[gnu::always_inline]] inline void moveAscending(std::uint8_t* dst, const std::uint8_t* src,
                                                  std::size_t bytes) {
     mapAscending(unchanged, dst, bytes, src);
 }
 
-// bytes > kLine. Addresses fall; what the loop leaves in front is at most one line long.
+// Addresses fall; what the loop leaves in front is at most one line long.
 inline void moveDescending(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
     using WideLine = Line<simd::WideBlock>;
     const std::size_t tailAt = bytes - kLine;
@@ -36,6 +38,21 @@ inline void moveDescending(std::uint8_t* dst, const std::uint8_t* src, std::size
     }
     front.store(dst);
     tail.store(dst + tailAt);
+}
+
+// The entry of every typed form: what is small is done in it, the rest by
+// kLarge(src, dst, bytes).
+template <auto kLarge, class T>
+inline ZepStatus checkedMoveOfBytes(const T* pSrc, T* pDst, int len) {
+    const auto move = [=](std::size_t bytes) {
+        const auto* src = reinterpret_cast<const std::uint8_t*>(pSrc);
+        auto* dst = reinterpret_cast<std::uint8_t*>(pDst);
+        if (bytes > kSmallMove) return kLarge(src, dst, bytes);
+        const ZepStatus done = simd::madeHere(zepStsNoErr);
+        moveSmall(dst, src, bytes);
+        return done;
+    };
+    return withByteCount<T>(len, move, pSrc, pDst);
 }
 
 }  // namespace zep::ZEP_VARIANT

@@ -5,7 +5,6 @@
 #include "simd/string_ops.h"
 #include "simd/vec.h"
 #include "vector/block_move.h"
-#include "vector/byte_count.h"
 #include "vector/movement_tuning.h"
 
 namespace zep::ZEP_VARIANT {
@@ -83,40 +82,32 @@ void copyStreaming(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes
 [[gnu::noinline]] ZepStatus copyLarge(const std::uint8_t* src, std::uint8_t* dst,
                                       std::size_t bytes) {
     if (bytes > Tuning::probeAbove) return copyAskingForCache(src, dst, bytes);
-    return copyOrdinary(src, dst, bytes);
-}
-
-template <class T>
-inline ZepStatus checkedCopy(const T* pSrc, T* pDst, int len) {
-    const auto copy = [=](std::size_t bytes) {
-        const auto* src = reinterpret_cast<const std::uint8_t*>(pSrc);
-        auto* dst = reinterpret_cast<std::uint8_t*>(pDst);
-        if (bytes > kSmallMove) return copyLarge(src, dst, bytes);
-        moveSmall(dst, src, bytes);
+    if (bytes <= 2 * kSmallMove) {
+        mapEight<simd::WideBlock>(unchanged, dst, bytes, src);
         return zepStsNoErr;
-    };
-    return withByteCount<T>(len, copy, pSrc, pDst);
+    }
+    return copyOrdinary(src, dst, bytes);
 }
 
 }  // namespace
 
 ZepStatus zepsCopy_8u(const Zep8u* pSrc, Zep8u* pDst, int len) {
-    return checkedCopy(pSrc, pDst, len);
+    return checkedMoveOfBytes<copyLarge>(pSrc, pDst, len);
 }
 ZepStatus zepsCopy_16s(const Zep16s* pSrc, Zep16s* pDst, int len) {
-    return checkedCopy(pSrc, pDst, len);
+    return checkedMoveOfBytes<copyLarge>(pSrc, pDst, len);
 }
 ZepStatus zepsCopy_32s(const Zep32s* pSrc, Zep32s* pDst, int len) {
-    return checkedCopy(pSrc, pDst, len);
+    return checkedMoveOfBytes<copyLarge>(pSrc, pDst, len);
 }
 ZepStatus zepsCopy_32f(const Zep32f* pSrc, Zep32f* pDst, int len) {
-    return checkedCopy(pSrc, pDst, len);
+    return checkedMoveOfBytes<copyLarge>(pSrc, pDst, len);
 }
 ZepStatus zepsCopy_32fc(const Zep32fc* pSrc, Zep32fc* pDst, int len) {
-    return checkedCopy(pSrc, pDst, len);
+    return checkedMoveOfBytes<copyLarge>(pSrc, pDst, len);
 }
 ZepStatus zepsCopy_64f(const Zep64f* pSrc, Zep64f* pDst, int len) {
-    return checkedCopy(pSrc, pDst, len);
+    return checkedMoveOfBytes<copyLarge>(pSrc, pDst, len);
 }
 
 }  // namespace zep::ZEP_VARIANT

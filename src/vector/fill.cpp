@@ -2,6 +2,8 @@
 // number of elements from the start it is in phase, so that heads and tails are single stores that
 // overlap what is beside them. At a boundary of the memory it is rotated, because a vector need not
 // be aligned to its elements.
+#include <algorithm>
+
 #include "core/variant_exports.h"
 #include "simd/string_ops.h"
 #include "simd/vec.h"
@@ -57,14 +59,19 @@ inline void fillRepeating(std::uint8_t* dst, std::size_t bytes, Pattern pattern)
 
 template <class Pattern>
 inline void fillAscending(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
-    std::size_t n = fillEnds(dst, bytes, pattern);
-    const auto line = lineOf(pattern.atOffset(n), dst);
-    for (; n < bytes - kLine; n += kLine) line.storeAligned(dst + n);
+    auto n = static_cast<std::ptrdiff_t>(fillEnds(dst, bytes, pattern));
+    const auto line = lineOf(pattern.atOffset(static_cast<std::size_t>(n)), dst);
+    const auto tailAt = static_cast<std::ptrdiff_t>(bytes - kLine);
+    for (; n < tailAt - std::ptrdiff_t{kLine}; n += 2 * kLine) {
+        line.storeAligned(dst + n);
+        line.storeAligned(dst + n + kLine);
+    }
+    if (n < tailAt) line.storeAligned(dst + n);
 }
 
-// bytes > kSmallFill.
+// For sizes at which the way of storing is a question.
 template <class Pattern>
-[[gnu::noinline]] ZepStatus fillLarge(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
+[[gnu::noinline]] ZepStatus fillHuge(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
     constexpr std::size_t kElement = Pattern::elementBytes;
     if (bytes / kElement > Tuning::probeAbove(kElement) &&
         Tuning::template reachesCache<kElement>(bytes))
@@ -76,13 +83,29 @@ template <class Pattern>
     return zepStsNoErr;
 }
 
+// bytes > kSmallFill.
+template <class Pattern>
+[[gnu::noinline]] ZepStatus fillLarge(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
+    constexpr std::size_t kElement = Pattern::elementBytes;
+    constexpr std::size_t kPlain =
+        std::min(Tuning::probeAbove(kElement) * kElement, Tuning::repeatStoreFrom - 1);
+    if (bytes > kPlain) return fillHuge(dst, bytes, pattern);
+    if (bytes <= 2 * kSmallFill)
+        mapEight<simd::WideBlock>([=]<class B>(B) { return pattern.template block<B>(); }, dst,
+                                  bytes, dst);
+    else
+        fillAscending(dst, bytes, pattern);
+    return zepStsNoErr;
+}
+
 template <class T, class Pattern>
 inline ZepStatus checkedFill(T* pDst, int len, Pattern pattern) {
     const auto fill = [=](std::size_t bytes) {
         auto* dst = reinterpret_cast<std::uint8_t*>(pDst);
         if (bytes > kSmallFill) return fillLarge(dst, bytes, pattern);
+        const ZepStatus done = simd::madeHere(zepStsNoErr);
         fillSmall(dst, bytes, pattern);
-        return zepStsNoErr;
+        return done;
     };
     return withByteCount<T>(len, fill, pDst);
 }

@@ -99,4 +99,11 @@ using WideBlock = Block<32>;
 using WideBlock = Block<16>;
 #endif
 
+// Asks for the cache lines from p on before they are needed. Any address will do, one outside the
+// caller's memory, too.
+template <std::size_t bytes>
+inline void fetch(const std::uint8_t* p) {
+    for (std::size_t n = 0; n < bytes; n += 64) _mm_prefetch(p + n, _MM_HINT_T0);
+}
+
 }  // namespace zep::ZEP_VARIANT::simd

@@ -96,8 +96,10 @@ private:
 };
 
 // bytes > kLine. The loop starts at a line of dst where elements of elementBytes allow it; a vector
-// need not be aligned to its elements.
-template <class B = simd::WideBlock, std::size_t elementBytes = 1, class Op, class... Src>
+// need not be aligned to its elements. ahead: how many bytes before they are needed the sources are
+// fetched, 0 to leave it to the processor.
+template <class B = simd::WideBlock, std::size_t elementBytes = 1, int ahead = 0, class Op,
+          class... Src>
 [[gnu::always_inline]] inline void mapAscending(Op op, std::uint8_t* dst, std::size_t bytes,
                                                 Src... src) {
     const auto tailAt = static_cast<std::ptrdiff_t>(bytes - kLine);
@@ -114,8 +116,10 @@ template <class B = simd::WideBlock, std::size_t elementBytes = 1, class Op, cla
     // Two lines a step let the loads run ahead of the stores; narrow registers are too few for
     // that.
     if constexpr (B::bytes >= 32)
-        for (; n < tailAt - std::ptrdiff_t{kLine}; n += 2 * kLine)
+        for (; n < tailAt - std::ptrdiff_t{kLine}; n += 2 * kLine) {
+            if constexpr (ahead != 0) (simd::fetch<2 * kLine>(src + n + ahead), ...);
             put(Line<B, 2>::map(op, src + n...), n);
+        }
     for (; n < tailAt; n += kLine) put(Line<B>::map(op, src + n...), n);
     tail.store(dst + tailAt);
     head.store(dst);

@@ -19,13 +19,15 @@ inline constexpr auto unchanged = [](auto block) { return block; };
     mapSmall(unchanged, dst, bytes, src);
 }
 
-// bytes > kLine, here and below.
+// bytes > kLine, here and below; ahead as in mapAscending.
+template <int ahead = 0>
 [[gnu::always_inline]] inline void moveAscending(std::uint8_t* dst, const std::uint8_t* src,
                                                  std::size_t bytes) {
-    mapAscending(unchanged, dst, bytes, src);
+    mapAscending<simd::WideBlock, 1, ahead>(unchanged, dst, bytes, src);
 }
 
 // Addresses fall; what the loop leaves in front is at most one line long.
+template <int ahead = 0>
 inline void moveDescending(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes) {
     using WideLine = Line<simd::WideBlock>;
     const std::size_t tailAt = bytes - kLine;
@@ -34,6 +36,7 @@ inline void moveDescending(std::uint8_t* dst, const std::uint8_t* src, std::size
     const std::size_t behindBoundary = bytesBehindBoundary(dst + bytes - 1, kLine) + 1;
     for (std::size_t n = bytes - behindBoundary; n > kLine;) {
         n -= kLine;
+        if constexpr (ahead != 0) simd::fetch<kLine>(src + n - ahead);
         WideLine::map(unchanged, src + n).storeAligned(dst + n);
     }
     front.store(dst);

@@ -2,9 +2,24 @@
 // moved from its end, otherwise from its start.
 #include "core/variant_exports.h"
 #include "vector/block_move.h"
+#include "vector/movement_tuning.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
+
+using Tuning = MoveTuning<VariantTag>;
+
+// Far enough for the latency of the second-level cache and of the memory behind it.
+constexpr int kReadAhead = 2048;
+
+template <int ahead>
+inline void moveInOrder(std::uint8_t* dst, const std::uint8_t* src, std::size_t bytes,
+                        std::size_t distance) {
+    if (distance < bytes)
+        moveDescending<ahead>(dst, src, bytes);
+    else
+        moveAscending<ahead>(dst, src, bytes);
+}
 
 [[gnu::noinline]] ZepStatus moveLarge(const std::uint8_t* src, std::uint8_t* dst,
                                       std::size_t bytes) {
@@ -16,10 +31,10 @@ namespace {
     const std::size_t distance =
         reinterpret_cast<std::uintptr_t>(dst) - reinterpret_cast<std::uintptr_t>(src);
     if (distance == 0) return zepStsNoErr;
-    if (distance < bytes)
-        moveDescending(dst, src, bytes);
+    if (bytes >= Tuning::readAheadFrom)
+        moveInOrder<kReadAhead>(dst, src, bytes, distance);
     else
-        moveAscending(dst, src, bytes);
+        moveInOrder<0>(dst, src, bytes, distance);
     return zepStsNoErr;
 }
 

@@ -74,6 +74,20 @@ struct CopyTuning<tag::e9> : CopyTuningBase {
     }
 };
 
+struct MoveTuningBase {
+    // From this size on, which the first-level cache does not hold, the source is asked for ahead:
+    // loads that straddle two lines keep too few of them under way.
+    static constexpr std::size_t readAheadFrom = kNever;
+};
+
+template <class Tag>
+struct MoveTuning : MoveTuningBase {};
+
+template <>
+struct MoveTuning<tag::e9> : MoveTuningBase {
+    static constexpr std::size_t readAheadFrom = 0x20000;
+};
+
 // Fills of 1, 2, 4 and 8 byte patterns; a clear counts as a byte fill.
 struct FillTuningBase {
     static constexpr std::size_t repeatStoreFrom = kNever;

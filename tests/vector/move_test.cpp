@@ -82,15 +82,19 @@ TEST_P(Move, IsSafeAtEveryAlignment) {
 }
 
 TEST_P(Move, MovesLargeBlocksBothWays) {
-    constexpr int kBytes = 0x210000;
-    for (const int shift : {-100000, -4096, -64, -1, 1, 64, 4096, 100000}) {
-        Bytes area = randomBytes(static_cast<std::size_t>(kBytes) + 200000);
-        std::uint8_t* src = area.data() + 100000;
-        const Bytes expected(src, src + kBytes);
-        ASSERT_EQ(zepsMove_8u(src, src + shift, kBytes), zepStsNoErr);
-        ASSERT_EQ(std::memcmp(src + shift, expected.data(), expected.size()), 0)
-            << "shift " << shift;
-    }
+    constexpr int kMargin = 100000;
+    // 0x20000 is where some variant asks for the source ahead.
+    for (const int bytes : {0x1FF00, 0x1FFFF, 0x20000, 0x20001, 0x20085, 0x210000})
+        for (const int shift : {-kMargin, -4096, -64, -16, -1, 1, 16, 64, 4096, kMargin}) {
+            Bytes area = randomBytes(static_cast<std::size_t>(bytes + 2 * kMargin));
+            std::uint8_t* src = area.data() + kMargin;
+            const Bytes before = area;
+            ASSERT_EQ(zepsMove_8u(src, src + shift, bytes), zepStsNoErr);
+            Bytes expected = before;
+            std::copy_n(before.begin() + kMargin, bytes, expected.begin() + kMargin + shift);
+            expectBytes(area.data(), expected.data(), expected.size(), "move");
+            ASSERT_FALSE(HasFailure()) << bytes << " bytes, shift " << shift;
+        }
 }
 
 ZEP_FOR_EACH_VARIANT(Move);

@@ -65,17 +65,19 @@ void interleaveGroup(const T* const* src, std::ptrdiff_t c, std::ptrdiff_t ch, s
 
 // Two channels without others, in the widest registers; len is at least one of them.
 template <class T>
-void interleaveTwo(const T* a, const T* b, std::ptrdiff_t len, T* dst) {
+[[gnu::always_inline]] inline void interleaveTwo(const T* a, const T* b, std::ptrdiff_t len,
+                                                 T* dst) {
     using B = simd::Block<kTileChannels<T>* int{sizeof(T)}>;
     constexpr std::ptrdiff_t samples = B::bytes / sizeof(T);
-    const auto tile = [=](std::ptrdiff_t i) {
+    const auto tile = [=](std::ptrdiff_t i) __attribute__((always_inline)) {
         const auto x = B::load(a + i), y = B::load(b + i);
         simd::interleaveFront<int{sizeof(T)}>(x, y).store(dst + 2 * i);
         simd::interleaveBack<int{sizeof(T)}>(x, y).store(dst + 2 * i + samples);
     };
-    std::ptrdiff_t i = 0;
-    for (; i + samples <= len; i += samples) tile(i);
-    if (i != len) tile(len - samples);
+    const std::ptrdiff_t pairs = len & -(2 * samples);
+    for (std::ptrdiff_t i = 0; i < pairs; i += 2 * samples) tile(i), tile(i + samples);
+    if ((len & samples) != 0) tile(pairs);
+    if ((len & (samples - 1)) != 0) tile(len - samples);
 }
 
 // The same for all channels; ch >= 3.
@@ -108,7 +110,6 @@ void interleaveShort(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len,
 template <class T>
 void interleave(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len, T* dst) {
     if (len < kTileSamples<T>) return interleaveShort(src, ch, len, dst);
-    if (ch == 2 && len >= kTileChannels<T>) return interleaveTwo(src[0], src[1], len, dst);
     if (ch == 2) return interleaveGroup<2, true>(src, 0, 2, 0, len, dst);
     if (ch == 4) return interleaveGroup<4, true>(src, 0, 4, 0, len, dst);
     if constexpr (kTileChannels<T> >= 8)
@@ -122,11 +123,13 @@ void interleave(const T* const* src, std::ptrdiff_t ch, std::ptrdiff_t len, T* d
     }
 }
 
+// addresses: all of them, or-ed.
+inline ZepStatus alignmentStatus(std::uintptr_t addresses) {
+    return addresses % 16 == 0 ? zepStsNoErr : zepStsMisalignedBuf;
+}
+
 template <class T>
-ZepStatus checkedInterleave(const T* const* pSrc, int ch, int len, T* pDst) {
-    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
-    if (ch <= 0) return zepStsNumChannelsErr;
-    if (len <= 0) return zepStsSizeErr;
+[[gnu::noinline]] ZepStatus interleaveAny(const T* const* pSrc, int ch, int len, T* pDst) {
     std::uintptr_t addresses = reinterpret_cast<std::uintptr_t>(pDst);
     for (int c = 0; c < ch; ++c) {
         if (pSrc[c] == nullptr) return zepStsNullPtrErr;
@@ -136,7 +139,21 @@ ZepStatus checkedInterleave(const T* const* pSrc, int ch, int len, T* pDst) {
         interleaveShort(pSrc, 1, len, pDst);
     else
         interleave(pSrc, ch, len, pDst);
-    return addresses % 16 == 0 ? zepStsNoErr : zepStsMisalignedBuf;
+    return alignmentStatus(addresses);
+}
+
+template <class T>
+inline ZepStatus checkedInterleave(const T* const* pSrc, int ch, int len, T* pDst) {
+    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    if (ch <= 0) return zepStsNumChannelsErr;
+    if (len <= 0) return zepStsSizeErr;
+    if (ch != 2 || len < kTileChannels<T>) return interleaveAny(pSrc, ch, len, pDst);
+    const T *const a = pSrc[0], *const b = pSrc[1];
+    if (anyNull(a, b)) return zepStsNullPtrErr;
+    interleaveTwo(a, b, len, pDst);
+    return alignmentStatus(reinterpret_cast<std::uintptr_t>(pDst) |
+                           reinterpret_cast<std::uintptr_t>(a) |
+                           reinterpret_cast<std::uintptr_t>(b));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <smmintrin.h>
 #endif
 
+#include "simd/vec_derived.h"
 #include "simd/vec_fwd.h"
 
 namespace zep::ZEP_VARIANT::simd {
@@ -28,8 +29,6 @@ struct Mask<double, 2> {
     }
     // Bit n is lane n.
     friend unsigned bits(Mask a) { return static_cast<unsigned>(_mm_movemask_pd(a.m)); }
-    friend bool any(Mask a) { return bits(a) != 0; }
-    friend bool all(Mask a) { return bits(a) == 0x3; }
 };
 
 template <>
@@ -74,13 +73,9 @@ struct Vec<double, 2> {
     friend Vec operator-(Vec a, Vec b) { return {_mm_sub_pd(a.v, b.v)}; }
     friend Vec operator*(Vec a, Vec b) { return {_mm_mul_pd(a.v, b.v)}; }
     friend Vec operator/(Vec a, Vec b) { return {_mm_div_pd(a.v, b.v)}; }
-    friend Vec operator+(Vec a, double b) { return a + broadcast(b); }
-    friend Vec operator-(Vec a, double b) { return a - broadcast(b); }
-    friend Vec operator*(Vec a, double b) { return a * broadcast(b); }
     friend Vec operator&(Vec a, Vec b) { return {_mm_and_pd(a.v, b.v)}; }
     friend Vec operator|(Vec a, Vec b) { return {_mm_or_pd(a.v, b.v)}; }
     friend Vec operator^(Vec a, Vec b) { return {_mm_xor_pd(a.v, b.v)}; }
-    friend Vec operator-(Vec a) { return a ^ broadcast(-0.0); }
     // a with the bits of b cleared.
     friend Vec clearBits(Vec a, Vec b) { return {_mm_andnot_pd(b.v, a.v)}; }
 
@@ -88,8 +83,6 @@ struct Vec<double, 2> {
     friend M operator!=(Vec a, Vec b) { return {_mm_cmpneq_pd(a.v, b.v)}; }
     friend M operator<(Vec a, Vec b) { return {_mm_cmplt_pd(a.v, b.v)}; }
     friend M operator<=(Vec a, Vec b) { return {_mm_cmple_pd(a.v, b.v)}; }
-    friend M operator>(Vec a, Vec b) { return b < a; }
-    friend M operator>=(Vec a, Vec b) { return b <= a; }
     friend M isNan(Vec a) { return {_mm_cmpunord_pd(a.v, a.v)}; }
     // NaN in a or in b.
     friend M eitherNan(Vec a, Vec b) { return {_mm_cmpunord_pd(a.v, b.v)}; }
@@ -103,7 +96,6 @@ struct Vec<double, 2> {
 #endif
     }
 
-    friend Vec abs(Vec a) { return clearBits(a, broadcast(-0.0)); }
     friend Vec sqrt(Vec a) { return {_mm_sqrt_pd(a.v)}; }
     // The second operand where either is NaN or both are zero.
     friend Vec min(Vec a, Vec b) { return {_mm_min_pd(a.v, b.v)}; }

@@ -25,8 +25,6 @@ struct Mask<double, 4> {
     }
     // Bit n is lane n.
     friend unsigned bits(Mask a) { return static_cast<unsigned>(_mm256_movemask_pd(a.m)); }
-    friend bool any(Mask a) { return bits(a) != 0; }
-    friend bool all(Mask a) { return bits(a) == 0xF; }
 };
 
 template <>
@@ -66,13 +64,9 @@ struct Vec<double, 4> {
     friend Vec operator-(Vec a, Vec b) { return {_mm256_sub_pd(a.v, b.v)}; }
     friend Vec operator*(Vec a, Vec b) { return {_mm256_mul_pd(a.v, b.v)}; }
     friend Vec operator/(Vec a, Vec b) { return {_mm256_div_pd(a.v, b.v)}; }
-    friend Vec operator+(Vec a, double b) { return a + broadcast(b); }
-    friend Vec operator-(Vec a, double b) { return a - broadcast(b); }
-    friend Vec operator*(Vec a, double b) { return a * broadcast(b); }
     friend Vec operator&(Vec a, Vec b) { return {_mm256_and_pd(a.v, b.v)}; }
     friend Vec operator|(Vec a, Vec b) { return {_mm256_or_pd(a.v, b.v)}; }
     friend Vec operator^(Vec a, Vec b) { return {_mm256_xor_pd(a.v, b.v)}; }
-    friend Vec operator-(Vec a) { return a ^ broadcast(-0.0); }
     // a with the bits of b cleared.
     friend Vec clearBits(Vec a, Vec b) { return {_mm256_andnot_pd(b.v, a.v)}; }
 
@@ -80,8 +74,6 @@ struct Vec<double, 4> {
     friend M operator!=(Vec a, Vec b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_NEQ_UQ)}; }
     friend M operator<(Vec a, Vec b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_LT_OS)}; }
     friend M operator<=(Vec a, Vec b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_LE_OS)}; }
-    friend M operator>(Vec a, Vec b) { return b < a; }
-    friend M operator>=(Vec a, Vec b) { return b <= a; }
     friend M isNan(Vec a) { return {_mm256_cmp_pd(a.v, a.v, _CMP_UNORD_Q)}; }
     // NaN in a or in b.
     friend M eitherNan(Vec a, Vec b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_UNORD_Q)}; }
@@ -89,7 +81,6 @@ struct Vec<double, 4> {
     friend Vec keepIf(M m, Vec a) { return {_mm256_and_pd(m.m, a.v)}; }
     friend Vec select(M m, Vec a, Vec b) { return {_mm256_blendv_pd(b.v, a.v, m.m)}; }
 
-    friend Vec abs(Vec a) { return clearBits(a, broadcast(-0.0)); }
     friend Vec sqrt(Vec a) { return {_mm256_sqrt_pd(a.v)}; }
     // The second operand where either is NaN or both are zero.
     friend Vec min(Vec a, Vec b) { return {_mm256_min_pd(a.v, b.v)}; }

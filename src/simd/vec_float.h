@@ -9,6 +9,7 @@
 #include <smmintrin.h>
 #endif
 
+#include "simd/vec_derived.h"
 #include "simd/vec_fwd.h"
 
 namespace zep::ZEP_VARIANT::simd {
@@ -29,8 +30,6 @@ struct Mask<float, 4> {
     }
     // Bit n is lane n.
     friend unsigned bits(Mask a) { return static_cast<unsigned>(_mm_movemask_ps(a.m)); }
-    friend bool any(Mask a) { return bits(a) != 0; }
-    friend bool all(Mask a) { return bits(a) == 0xF; }
 };
 
 template <>
@@ -87,13 +86,9 @@ struct Vec<float, 4> {
     friend Vec operator-(Vec a, Vec b) { return {_mm_sub_ps(a.v, b.v)}; }
     friend Vec operator*(Vec a, Vec b) { return {_mm_mul_ps(a.v, b.v)}; }
     friend Vec operator/(Vec a, Vec b) { return {_mm_div_ps(a.v, b.v)}; }
-    friend Vec operator+(Vec a, float b) { return a + broadcast(b); }
-    friend Vec operator-(Vec a, float b) { return a - broadcast(b); }
-    friend Vec operator*(Vec a, float b) { return a * broadcast(b); }
     friend Vec operator&(Vec a, Vec b) { return {_mm_and_ps(a.v, b.v)}; }
     friend Vec operator|(Vec a, Vec b) { return {_mm_or_ps(a.v, b.v)}; }
     friend Vec operator^(Vec a, Vec b) { return {_mm_xor_ps(a.v, b.v)}; }
-    friend Vec operator-(Vec a) { return a ^ broadcast(-0.0f); }
     // a with the bits of b cleared.
     friend Vec clearBits(Vec a, Vec b) { return {_mm_andnot_ps(b.v, a.v)}; }
 
@@ -101,8 +96,6 @@ struct Vec<float, 4> {
     friend M operator!=(Vec a, Vec b) { return {_mm_cmpneq_ps(a.v, b.v)}; }
     friend M operator<(Vec a, Vec b) { return {_mm_cmplt_ps(a.v, b.v)}; }
     friend M operator<=(Vec a, Vec b) { return {_mm_cmple_ps(a.v, b.v)}; }
-    friend M operator>(Vec a, Vec b) { return b < a; }
-    friend M operator>=(Vec a, Vec b) { return b <= a; }
     friend M isNan(Vec a) { return {_mm_cmpunord_ps(a.v, a.v)}; }
     // NaN in a or in b.
     friend M eitherNan(Vec a, Vec b) { return {_mm_cmpunord_ps(a.v, b.v)}; }
@@ -116,7 +109,6 @@ struct Vec<float, 4> {
 #endif
     }
 
-    friend Vec abs(Vec a) { return clearBits(a, broadcast(-0.0f)); }
     friend Vec sqrt(Vec a) { return {_mm_sqrt_ps(a.v)}; }
     // The second operand where either is NaN or both are zero.
     friend Vec min(Vec a, Vec b) { return {_mm_min_ps(a.v, b.v)}; }

@@ -25,8 +25,6 @@ struct Mask<float, 8> {
     }
     // Bit n is lane n.
     friend unsigned bits(Mask a) { return static_cast<unsigned>(_mm256_movemask_ps(a.m)); }
-    friend bool any(Mask a) { return bits(a) != 0; }
-    friend bool all(Mask a) { return bits(a) == 0xFF; }
 };
 
 template <>
@@ -66,13 +64,9 @@ struct Vec<float, 8> {
     friend Vec operator-(Vec a, Vec b) { return {_mm256_sub_ps(a.v, b.v)}; }
     friend Vec operator*(Vec a, Vec b) { return {_mm256_mul_ps(a.v, b.v)}; }
     friend Vec operator/(Vec a, Vec b) { return {_mm256_div_ps(a.v, b.v)}; }
-    friend Vec operator+(Vec a, float b) { return a + broadcast(b); }
-    friend Vec operator-(Vec a, float b) { return a - broadcast(b); }
-    friend Vec operator*(Vec a, float b) { return a * broadcast(b); }
     friend Vec operator&(Vec a, Vec b) { return {_mm256_and_ps(a.v, b.v)}; }
     friend Vec operator|(Vec a, Vec b) { return {_mm256_or_ps(a.v, b.v)}; }
     friend Vec operator^(Vec a, Vec b) { return {_mm256_xor_ps(a.v, b.v)}; }
-    friend Vec operator-(Vec a) { return a ^ broadcast(-0.0f); }
     // a with the bits of b cleared.
     friend Vec clearBits(Vec a, Vec b) { return {_mm256_andnot_ps(b.v, a.v)}; }
 
@@ -80,8 +74,6 @@ struct Vec<float, 8> {
     friend M operator!=(Vec a, Vec b) { return {_mm256_cmp_ps(a.v, b.v, _CMP_NEQ_UQ)}; }
     friend M operator<(Vec a, Vec b) { return {_mm256_cmp_ps(a.v, b.v, _CMP_LT_OS)}; }
     friend M operator<=(Vec a, Vec b) { return {_mm256_cmp_ps(a.v, b.v, _CMP_LE_OS)}; }
-    friend M operator>(Vec a, Vec b) { return b < a; }
-    friend M operator>=(Vec a, Vec b) { return b <= a; }
     friend M isNan(Vec a) { return {_mm256_cmp_ps(a.v, a.v, _CMP_UNORD_Q)}; }
     // NaN in a or in b.
     friend M eitherNan(Vec a, Vec b) { return {_mm256_cmp_ps(a.v, b.v, _CMP_UNORD_Q)}; }
@@ -89,7 +81,6 @@ struct Vec<float, 8> {
     friend Vec keepIf(M m, Vec a) { return {_mm256_and_ps(m.m, a.v)}; }
     friend Vec select(M m, Vec a, Vec b) { return {_mm256_blendv_ps(b.v, a.v, m.m)}; }
 
-    friend Vec abs(Vec a) { return clearBits(a, broadcast(-0.0f)); }
     friend Vec sqrt(Vec a) { return {_mm256_sqrt_ps(a.v)}; }
     // The second operand where either is NaN or both are zero.
     friend Vec min(Vec a, Vec b) { return {_mm256_min_ps(a.v, b.v)}; }

@@ -24,13 +24,20 @@ auto subPair(Zep32fc val) {
     return [val](auto x) { return x - decltype(x)::broadcastPair(val.re, val.im); };
 }
 
+// op, which a constant of zero makes the identity.
+template <class Op, class T>
+[[gnu::always_inline]] inline ZepStatus mapUnlessZero(T val, Op op, T* pDst, int len,
+                                                      const T* pSrc) {
+    if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
+    if (val == 0) return copyVector(pSrc, pDst, len);
+    map(op, pDst, len, pSrc);
+    return zepStsNoErr;
+}
+
 }  // namespace
 
 ZepStatus zepsAddC_32f(const Zep32f* pSrc, Zep32f val, Zep32f* pDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
-    if (val == 0.0f) return copyVector(pSrc, pDst, len);
-    map(addConstant(val), pDst, len, pSrc);
-    return zepStsNoErr;
+    return mapUnlessZero(val, addConstant(val), pDst, len, pSrc);
 }
 ZepStatus zepsAddC_64f(const Zep64f* pSrc, Zep64f val, Zep64f* pDst, int len) {
     if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
@@ -46,38 +53,26 @@ ZepStatus zepsAddC_64f(const Zep64f* pSrc, Zep64f val, Zep64f* pDst, int len) {
     return zepStsNoErr;
 }
 ZepStatus zepsAddC_32f_I(Zep32f val, Zep32f* pSrcDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrcDst); s != zepStsNoErr) return s;
-    if (val != 0.0f) map(addConstant(val), pSrcDst, len, pSrcDst);
-    return zepStsNoErr;
+    return mapUnlessZero(val, addConstant(val), pSrcDst, len, pSrcDst);
 }
 ZepStatus zepsAddC_32fc_I(Zep32fc val, Zep32fc* pSrcDst, int len) {
     return checkedMapComplex(addPair(val), pSrcDst, len, pSrcDst);
 }
 
 ZepStatus zepsSubC_32f(const Zep32f* pSrc, Zep32f val, Zep32f* pDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
-    if (val == 0.0f) return copyVector(pSrc, pDst, len);
-    map(subConstant(val), pDst, len, pSrc);
-    return zepStsNoErr;
+    return mapUnlessZero(val, subConstant(val), pDst, len, pSrc);
 }
 ZepStatus zepsSubC_64f(const Zep64f* pSrc, Zep64f val, Zep64f* pDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
-    if (val == 0.0) return copyVector(pSrc, pDst, len);
-    map(subConstant(val), pDst, len, pSrc);
-    return zepStsNoErr;
+    return mapUnlessZero(val, subConstant(val), pDst, len, pSrc);
 }
 ZepStatus zepsSubC_32fc(const Zep32fc* pSrc, Zep32fc val, Zep32fc* pDst, int len) {
     return checkedMapComplex(subPair(val), pDst, len, pSrc);
 }
 ZepStatus zepsSubC_32f_I(Zep32f val, Zep32f* pSrcDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrcDst); s != zepStsNoErr) return s;
-    if (val != 0.0f) map(subConstant(val), pSrcDst, len, pSrcDst);
-    return zepStsNoErr;
+    return mapUnlessZero(val, subConstant(val), pSrcDst, len, pSrcDst);
 }
 ZepStatus zepsSubC_64f_I(Zep64f val, Zep64f* pSrcDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrcDst); s != zepStsNoErr) return s;
-    if (val != 0.0) map(subConstant(val), pSrcDst, len, pSrcDst);
-    return zepStsNoErr;
+    return mapUnlessZero(val, subConstant(val), pSrcDst, len, pSrcDst);
 }
 ZepStatus zepsSubC_32fc_I(Zep32fc val, Zep32fc* pSrcDst, int len) {
     return checkedMapComplex(subPair(val), pSrcDst, len, pSrcDst);

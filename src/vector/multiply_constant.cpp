@@ -21,38 +21,31 @@ auto mulPair(Zep32fc val) {
         [val](auto x) { return simd::complexMul(x, decltype(x)::broadcastPair(val.re, val.im)); };
 }
 
+template <class Stream, class T>
+[[gnu::always_inline]] inline ZepStatus multiply(T val, T* pDst, int len, const T* pSrc) {
+    if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
+    if (val == 1) return copyVector(pSrc, pDst, len);
+    if (val == 0) return clearVector(pDst, len);
+    map<Stream>(mulConstant(val), pDst, len, pSrc);
+    return zepStsNoErr;
+}
+
 }  // namespace
 
 ZepStatus zepsMulC_32f(const Zep32f* pSrc, Zep32f val, Zep32f* pDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
-    if (val == 1.0f) return copyVector(pSrc, pDst, len);
-    if (val == 0.0f) return clearVector(pDst, len);
-    map<StreamOneSource>(mulConstant(val), pDst, len, pSrc);
-    return zepStsNoErr;
+    return multiply<StreamOneSource>(val, pDst, len, pSrc);
 }
 ZepStatus zepsMulC_64f(const Zep64f* pSrc, Zep64f val, Zep64f* pDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
-    if (val == 1.0) return copyVector(pSrc, pDst, len);
-    if (val == 0.0) return clearVector(pDst, len);
-    map(mulConstant(val), pDst, len, pSrc);
-    return zepStsNoErr;
+    return multiply<NeverStream>(val, pDst, len, pSrc);
 }
 ZepStatus zepsMulC_32fc(const Zep32fc* pSrc, Zep32fc val, Zep32fc* pDst, int len) {
     return checkedMapComplex(mulPair(val), pDst, len, pSrc);
 }
 ZepStatus zepsMulC_32f_I(Zep32f val, Zep32f* pSrcDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrcDst); s != zepStsNoErr) return s;
-    if (val == 1.0f) return zepStsNoErr;
-    if (val == 0.0f) return clearVector(pSrcDst, len);
-    map(mulConstant(val), pSrcDst, len, pSrcDst);
-    return zepStsNoErr;
+    return multiply<NeverStream>(val, pSrcDst, len, pSrcDst);
 }
 ZepStatus zepsMulC_64f_I(Zep64f val, Zep64f* pSrcDst, int len) {
-    if (const ZepStatus s = checkVectors(len, pSrcDst); s != zepStsNoErr) return s;
-    if (val == 1.0) return zepStsNoErr;
-    if (val == 0.0) return clearVector(pSrcDst, len);
-    map(mulConstant(val), pSrcDst, len, pSrcDst);
-    return zepStsNoErr;
+    return multiply<NeverStream>(val, pSrcDst, len, pSrcDst);
 }
 ZepStatus zepsMulC_32fc_I(Zep32fc val, Zep32fc* pSrcDst, int len) {
     return checkedMapComplex(mulPair(val), pSrcDst, len, pSrcDst);

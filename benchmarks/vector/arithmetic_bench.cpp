@@ -3,6 +3,8 @@
 // call.
 #include <volk/volk.h>
 
+#include <cstring>
+
 #include "support/buffers.h"
 #include "support/rows.h"
 #include "vector/arithmetic_loops.h"
@@ -105,6 +107,14 @@ void registerDivisionAndRoots() {
     addVolk<Zep32f>("div_32f", kSizes, [](auto a, auto b, auto y, int n) {
         volk_32f_x2_divide_32f(y, b, a, static_cast<unsigned>(n));
     });
+    addFamily<Zep32fc>(
+        "div_32fc", kSizes, [](auto a, auto b, auto y, int n) { zepsDiv_32fc(a, b, y, n); },
+        loop::divComplex, eigen::divComplex);
+    addVolk<Zep32fc>("div_32fc", kSizes, [](auto a, auto b, auto y, int n) {
+        volk_32fc_x2_divide_32fc(reinterpret_cast<lv_32fc_t*>(y),
+                                 reinterpret_cast<const lv_32fc_t*>(b),
+                                 reinterpret_cast<const lv_32fc_t*>(a), static_cast<unsigned>(n));
+    });
     addFamily<Zep32f>(
         "sqrt_32f", kSizes, [](auto a, auto, auto y, int n) { zepsSqrt_32f(a, y, n); },
         [](auto a, auto, auto y, int n) { loop::sqrt(a, y, n); },
@@ -112,6 +122,16 @@ void registerDivisionAndRoots() {
     addVolk<Zep32f>("sqrt_32f", kSizes, [](auto a, auto, auto y, int n) {
         volk_32f_sqrt_32f(y, a, static_cast<unsigned>(n));
     });
+    // In place. Roots of roots tend to 1, so each call gets the same elements anew; the copy counts
+    // on both sides.
+    constexpr auto onCopy = [](auto rootInPlace) {
+        return [=](auto a, auto, auto y, int n) {
+            std::memcpy(y, a, sizeof(*a) * static_cast<std::size_t>(n));
+            rootInPlace(y, n);
+        };
+    };
+    addFamily<Zep32fc>("sqrt_32fc_I", kSizes, onCopy([](auto y, int n) { zepsSqrt_32fc_I(y, n); }),
+                       onCopy(loop::sqrtComplex), onCopy(eigen::sqrtComplex));
     addFamily<Zep32f>(
         "abs_32f", kSizes, [](auto a, auto, auto y, int n) { zepsAbs_32f(a, y, n); },
         [](auto a, auto, auto y, int n) { loop::abs(a, y, n); },

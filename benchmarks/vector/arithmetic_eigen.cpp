@@ -31,8 +31,12 @@ void mulComplex(const Zep32fc* a, const Zep32fc* b, Zep32fc* y, int n) {
     out(y, n) = in(a, n) * in(b, n);
 }
 void div(const Zep32f* d, const Zep32f* x, Zep32f* y, int n) { out(y, n) = in(x, n) / in(d, n); }
+void divComplex(const Zep32fc* d, const Zep32fc* x, Zep32fc* y, int n) {
+    out(y, n) = in(x, n) / in(d, n);
+}
 void mulConstant(const Zep32f* a, Zep32f c, Zep32f* y, int n) { out(y, n) = in(a, n) * c; }
 void sqrt(const Zep32f* a, Zep32f* y, int n) { out(y, n) = in(a, n).sqrt(); }
+void sqrtComplex(Zep32fc* y, int n) { out(y, n) = out(y, n).sqrt(); }
 void abs(const Zep32f* a, Zep32f* y, int n) { out(y, n) = in(a, n).abs(); }
 void addProduct(const Zep32f* a, const Zep32f* b, Zep32f* y, int n) {
     out(y, n) += in(a, n) * in(b, n);

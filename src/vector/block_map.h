@@ -96,10 +96,11 @@ private:
 };
 
 // bytes > kLine. The loop starts at a line of dst where elements of elementBytes allow it; a vector
-// need not be aligned to its elements. ahead: how many bytes before they are needed the sources are
+// need not be aligned to its elements. It takes kLines a step, so that loads run ahead of the
+// stores where the registers suffice. ahead: how many bytes before they are needed the sources are
 // fetched, 0 to leave it to the processor.
-template <class B = simd::WideBlock, std::size_t elementBytes = 1, int ahead = 0, class Op,
-          class... Src>
+template <class B = simd::WideBlock, std::size_t elementBytes = 1, int kLines = 1, int ahead = 0,
+          class Op, class... Src>
 [[gnu::always_inline]] inline void mapAscending(Op op, std::uint8_t* dst, std::size_t bytes,
                                                 Src... src) {
     const auto tailAt = static_cast<std::ptrdiff_t>(bytes - kLine);
@@ -113,12 +114,10 @@ template <class B = simd::WideBlock, std::size_t elementBytes = 1, int ahead = 0
             lines.store(dst + n);
     };
     auto n = static_cast<std::ptrdiff_t>(kLine - wholeElementsBehind);
-    // Two lines a step let the loads run ahead of the stores; narrow registers are too few for
-    // that.
-    if constexpr (B::bytes >= 32)
-        for (; n < tailAt - std::ptrdiff_t{kLine}; n += 2 * kLine) {
-            if constexpr (ahead != 0) (simd::fetch<2 * kLine>(src + n + ahead), ...);
-            put(Line<B, 2>::map(op, src + n...), n);
+    if constexpr (kLines > 1)
+        for (; n < tailAt - (kLines - 1) * std::ptrdiff_t{kLine}; n += kLines * kLine) {
+            if constexpr (ahead != 0) (simd::fetch<kLines * kLine>(src + n + ahead), ...);
+            put(Line<B, kLines>::map(op, src + n...), n);
         }
     for (; n < tailAt; n += kLine) put(Line<B>::map(op, src + n...), n);
     tail.store(dst + tailAt);
@@ -127,8 +126,7 @@ template <class B = simd::WideBlock, std::size_t elementBytes = 1, int ahead = 0
 
 // Both of them, by the size.
 template <class B = simd::WideBlock, std::size_t elementBytes = 1, class Op, class... Src>
-[[gnu::always_inline]] inline void mapBytes(Op op, std::uint8_t* dst, std::size_t bytes,
-                                            Src... src) {
+inline void mapBytes(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
     if (bytes <= 4 * std::size_t{B::bytes}) return mapSmall<B>(op, dst, bytes, src...);
     mapAscending<B, elementBytes>(op, dst, bytes, src...);
 }

@@ -23,7 +23,8 @@ inline constexpr auto unchanged = [](auto block) { return block; };
 template <int ahead = 0>
 [[gnu::always_inline]] inline void moveAscending(std::uint8_t* dst, const std::uint8_t* src,
                                                  std::size_t bytes) {
-    mapAscending<simd::WideBlock, 1, ahead>(unchanged, dst, bytes, src);
+    constexpr int kLines = simd::WideBlock::bytes >= 32 ? 2 : 1;
+    mapAscending<simd::WideBlock, 1, kLines, ahead>(unchanged, dst, bytes, src);
 }
 
 // Addresses fall; what the loop leaves in front is at most one line long.

@@ -13,6 +13,22 @@ namespace {
 
 using reference::DeflateWriter;
 
+// A dynamic block here has the lengths of the fixed code.
+void beginBlock(DeflateWriter& out, bool dynamic, bool last) {
+    if (dynamic)
+        out.dynamic(last, reference::fixedLiteralLengths(), reference::fixedDistanceLengths());
+    else
+        out.fixed(last);
+}
+
+DeflateWriter blockOfLiterals(bool dynamic, bool last, int literals) {
+    DeflateWriter out;
+    beginBlock(out, dynamic, last);
+    for (int n = 0; n < literals; ++n) out.literal(n & 0xFF);
+    out.endOfBlock();
+    return out;
+}
+
 class DeflateResume : public VariantTest {};
 
 // Small streams of all kinds of block, with what they decode to.
@@ -158,11 +174,7 @@ TEST_P(DeflateResume, ARunIsContinuedAcrossAStop) {
     for (const bool dynamic : {false, true})
         for (int room = 1; room <= 258; ++room) {
             DeflateWriter out;
-            if (dynamic)
-                out.dynamic(true, reference::fixedLiteralLengths(),
-                            reference::fixedDistanceLengths());
-            else
-                out.fixed(true);
+            beginBlock(out, dynamic, true);
             out.literal('r');
             out.match(258, 1);
             out.endOfBlock();
@@ -267,14 +279,7 @@ TEST_P(DeflateResume, TheEndOfABlockKeepsWhatWasReadBeyondIt) {
     for (const bool dynamic : {false, true})
         for (const int literals : {1, 3, 200})  // the last ones are decoded without checks
             for (const int behind : {0, 1, 2, 4, 6, 40}) {
-                DeflateWriter out;
-                if (dynamic)
-                    out.dynamic(false, reference::fixedLiteralLengths(),
-                                reference::fixedDistanceLengths());
-                else
-                    out.fixed(false);
-                for (int n = 0; n < literals; ++n) out.literal(n);
-                out.endOfBlock();
+                DeflateWriter out = blockOfLiterals(dynamic, false, literals);
                 const std::int64_t endBit = out.bitLength();
                 out.align();
                 for (int n = 0; n < behind; ++n) out.byte(next[static_cast<std::size_t>(n)]);
@@ -305,14 +310,7 @@ TEST_P(DeflateResume, AFullOutputAtTheEndOfTheInputReturnsAByte) {
     // A caller that loops while there is input must not take a full output for the end.
     for (const bool dynamic : {false, true})
         for (int literals = 4; literals < 60; ++literals) {
-            DeflateWriter out;
-            if (dynamic)
-                out.dynamic(true, reference::fixedLiteralLengths(),
-                            reference::fixedDistanceLengths());
-            else
-                out.fixed(true);
-            for (int n = 0; n < literals; ++n) out.literal(n);
-            out.endOfBlock();
+            DeflateWriter out = blockOfLiterals(dynamic, true, literals);
             for (int room = 1; room < literals; ++room) {
                 Session session(out.bytes());
                 ASSERT_EQ(session.blockType(1), zepStsNoErr);
@@ -334,14 +332,7 @@ TEST_P(DeflateResume, TheEndOfABlockWaitsOrNotWhateverFollows) {
         int waited = -1;
         for (const int literals : {1, 2, 5, 50, 300, 1000})
             for (int behind = 0; behind <= 20; ++behind) {
-                DeflateWriter out;
-                if (dynamic)
-                    out.dynamic(false, reference::fixedLiteralLengths(),
-                                reference::fixedDistanceLengths());
-                else
-                    out.fixed(false);
-                for (int n = 0; n < literals; ++n) out.literal(n & 0xFF);
-                out.endOfBlock();
+                DeflateWriter out = blockOfLiterals(dynamic, false, literals);
                 for (int n = 0; n < behind; ++n) out.byte(0);
                 Session session(out.bytes());
                 ASSERT_EQ(session.blockType(1), zepStsNoErr);

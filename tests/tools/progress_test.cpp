@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
+#include <sstream>
 
 #include "support/program.h"
 #include "tools/wav_file.h"
@@ -25,9 +25,9 @@ protected:
     // The percentages that the terminal showed, in order.
     static std::vector<int> percentages(const std::string& shown) {
         std::vector<int> list;
-        const std::regex line("\r *([0-9]+) %");
-        for (std::sregex_iterator i(shown.begin(), shown.end(), line), end; i != end; ++i)
-            list.push_back(std::stoi((*i)[1]));
+        std::istringstream lines(shown);
+        for (std::string line; std::getline(lines, line, '\r');)
+            if (line.ends_with(" %")) list.push_back(std::stoi(line));
         return list;
     }
 

@@ -3,17 +3,17 @@
 // streams.
 #include "inflate_check.h"
 
-#include <cpuid.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/selection.h"
 #include "deflate/zlib_peer.h"
 #include "reference/deflate_model.h"
+#include "support/machine.h"
 #include "zeps.h"
 
 namespace zep::fuzz {
@@ -33,25 +33,11 @@ const Bytes kEmptyHistory(DeflateModel::kWindowBytes, 0);
     std::abort();
 }
 
-// Not among the names that every compiler's __builtin_cpu_supports knows.
-bool hasMovbe() {
-    unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
-    return __get_cpuid(1, &eax, &ebx, &ecx, &edx) != 0 && (ecx & bit_MOVBE) != 0;
-}
-
-void selectVariant(int choice) {
-    struct Variant {
-        int cpu;
-        bool runsHere;
-    };
-    const Variant variants[5] = {{66, true},
-                                 {67, __builtin_cpu_supports("ssse3") != 0},
-                                 {36, hasMovbe()},
-                                 {68, __builtin_cpu_supports("sse4.1") != 0},
-                                 {70, __builtin_cpu_supports("avx") != 0}};
-    const Variant& v = variants[choice % 5];
-    if (v.runsHere)
-        zepSelectVariantForCpu(v.cpu);
+void selectColumn(int choice) {
+    static const std::vector<Column> columns = test::builtColumns();
+    const Column& column = columns[static_cast<std::size_t>(choice) % columns.size()];
+    if (test::runsHere(column))
+        zepSelectColumn(column.slot);
     else
         zepSelectVariantAuto();
 }
@@ -212,7 +198,7 @@ private:
 
 void checkInflate(std::span<const std::uint8_t> input) {
     if (input.size() < kChoiceBytes) return;
-    selectVariant(input[0] & 7);
+    selectColumn(input[0] & 7);
     const bool withModel = (input[0] & 8) == 0;
     const std::uint32_t seed = input[2] + 256u * input[3];
     // Code lengths are read only with 14 bits in sight: two bytes behind the stream let the

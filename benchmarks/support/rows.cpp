@@ -1,30 +1,26 @@
 #include "support/rows.h"
 
 #include <cstdlib>
-#include <map>
 #include <sstream>
 
+#include "core/columns.h"
 #include "core/selection.h"
 
 namespace zep::bench {
 namespace {
 
-const std::map<std::string, int> kCpuOfTag = {
-    {"m7", 66}, {"u8", 67}, {"n8", 36}, {"y8", 68}, {"e9", 70}};
-
-std::vector<std::string> variantsAsked() {
+std::vector<Column> columnsAsked() {
     const char* text = std::getenv("ZEP_BENCH_VARIANTS");
     if (text == nullptr) {
-        static constexpr const char* kTagOfSlot[kVariantSlots] = {"m7", "m7", "u8",
-                                                                  "n8", "y8", "e9"};
         zepSelectVariantAuto();
-        return {kTagOfSlot[variantIndex]};
+        return {kColumns[variantIndex > 0 ? variantIndex - 1 : 0]};
     }
-    std::vector<std::string> tags;
+    std::vector<Column> columns;
     std::istringstream in{text};
-    for (std::string tag; std::getline(in, tag, ',');)
-        if (kCpuOfTag.contains(tag)) tags.push_back(tag);
-    return tags;
+    for (std::string name; std::getline(in, name, ',');)
+        for (const Column& c : kColumns)
+            if (c.isBuilt() && name == c.name) columns.push_back(c);
+    return columns;
 }
 
 }  // namespace
@@ -35,17 +31,18 @@ void addPeer(const std::string& family, const std::string& peer, std::int64_t si
 }
 
 void addOurs(const std::string& family, std::int64_t size, Body body) {
-    for (const std::string& tag : variantsAsked())
-        addPeer(family, "zep_" + tag, size,
-                [cpu = kCpuOfTag.at(tag), body](benchmark::State& state) {
-                    zepSelectVariantForCpu(cpu);
+    for (const Column& c : columnsAsked())
+        addPeer(family, std::string("zep_") + c.name, size,
+                [slot = c.slot, body](benchmark::State& state) {
+                    zepSelectColumn(slot);
                     body(state);
                 });
 }
 
 int runAll(int argc, char** argv) {
     std::string variants;
-    for (const std::string& tag : variantsAsked()) variants += (variants.empty() ? "" : ",") + tag;
+    for (const Column& c : columnsAsked())
+        variants += (variants.empty() ? "" : ",") + std::string(c.name);
     benchmark::AddCustomContext("variants", variants);
     benchmark::AddCustomContext("compiler", ZEP_BENCH_COMPILER);
     benchmark::AddCustomContext("flags", ZEP_BENCH_FLAGS);

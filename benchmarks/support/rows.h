@@ -1,6 +1,6 @@
 // Rows of a benchmark program, named family/implementation/size. Our own implementation runs once
-// for each variant asked for (ZEP_BENCH_VARIANTS=e9,y8; the machine's best by default) as
-// zep_<tag>.
+// for each column asked for (ZEP_BENCH_VARIANTS=e9,e9_avx512; the machine's best by default) as
+// zep_<column>.
 #pragma once
 
 #include <benchmark/benchmark.h>

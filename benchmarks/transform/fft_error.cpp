@@ -93,7 +93,7 @@ void printRow(int order) {
 }  // namespace zep::bench
 
 int main(int argc, char** argv) {
-    if (argc > 1) zep::zepSelectVariantForCpu(std::atoi(argv[1]));
+    if (argc > 1) zep::zepSelectColumn(std::atoi(argv[1]));
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     std::printf("order    fft_c      fftw     fft_r      fftw\n");
     for (int order = 1; order <= zep::bench::kMaxOrder; ++order) zep::bench::printRow(order);

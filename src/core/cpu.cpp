@@ -59,12 +59,15 @@ bool zepCpuIsGenuineIntel() {
     return r.ebx == 0x756E6547 && r.edx == 0x49656E69 && r.ecx == 0x6C65746E;  // "GenuineIntel"
 }
 
-bool zepCpuAvxUsable() {
-    constexpr std::uint32_t kOsxsaveAndAvx = (1u << 27) | (1u << 28);
-    constexpr std::uint64_t kXmmAndYmmState = 0x6;
-    if ((zepCpuid(1).ecx & kOsxsaveAndAvx) != kOsxsaveAndAvx) return false;
-    return (cpuSource->xgetbv(0) & kXmmAndYmmState) == kXmmAndYmmState;
+// Leaf 1 ECX bits, and the states that the operating system saves (XCR0).
+static bool savesStates(std::uint32_t leaf1Ecx, std::uint64_t states) {
+    return (zepCpuid(1).ecx & leaf1Ecx) == leaf1Ecx && (cpuSource->xgetbv(0) & states) == states;
 }
+constexpr std::uint32_t kOsxsave = 1u << 27, kAvx = 1u << 28;
+constexpr std::uint64_t kXmmAndYmmState = 0x6, kOpmaskAndZmmStates = 0xE0;
+
+bool zepCpuAvxUsable() { return savesStates(kOsxsave | kAvx, kXmmAndYmmState); }
+bool zepCpuAvx512Usable() { return savesStates(kOsxsave, kXmmAndYmmState | kOpmaskAndZmmStates); }
 
 bool zepCpuHasSse() { return ((zepCpuid(1).edx >> 25) & 1) != 0; }
 

@@ -30,6 +30,7 @@ CpuidRegisters zepCpuid(std::uint32_t leaf, std::uint32_t subleaf = 0);
 std::uint32_t zepCpuMaxLeaf();
 bool zepCpuIsGenuineIntel();
 bool zepCpuAvxUsable();  // the processor has AVX and the operating system saves its state
+bool zepCpuAvx512Usable();  // the same for the operating system's part of AVX-512 alone
 bool zepCpuHasSse();
 bool zepCpuHasDenormalsAreZero();
 // As leaf 4 has it; 1 where the processor has no such leaf.

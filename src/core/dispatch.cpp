@@ -1,27 +1,33 @@
-// The dispatch of all exports: one table of six code pointers each, and one stub each that jumps through its table at
-// variantIndex. Everything follows from exports.def and the public headers; the compiler checks the types: a variant
-// with a wrong return type does not compile, one with wrong parameters is an overload and fails at link.
+// The dispatch of all exports: one table of eight code pointers each, and one stub each that jumps through its table at
+// variantIndex. Everything follows from exports.def, columns.def and the public headers; the compiler checks the types: a
+// column with a wrong return type does not compile, one with wrong parameters is an overload and fails at link.
+#include "core/columns.def"
+#include "core/columns_built.h"
 #include "core/variant_index.h"
 #include "zeps.h"
 
-#define ZEP_EXPORT(name)                         \
-    namespace zep::m7 { decltype(::name) name; } \
-    namespace zep::u8 { decltype(::name) name; } \
-    namespace zep::n8 { decltype(::name) name; } \
-    namespace zep::y8 { decltype(::name) name; } \
-    namespace zep::e9 { decltype(::name) name; }
+#define ZEP_DECLARE(name, slot, column, ...) \
+    namespace zep::column {                  \
+    decltype(::name) name;                   \
+    }
+#define ZEP_EXPORT(name) ZEP_COLUMNS(ZEP_DECLARE, name)
 #include "core/exports.def"
+#undef ZEP_DECLARE
 
 namespace zep {
 
 // Slots 0 and 1 share the m7 code; slots 2 and 3 differ only where n8 gains from MOVBE or from its own tuning.
-#define ZEP_TABLE(name, n8Code)                                                           \
-    [[gnu::used]] static decltype(&::name) const table_##name[kVariantSlots] asm(         \
-        "zep_table_" #name) = {m7::name, m7::name, u8::name, n8Code::name, y8::name, e9::name};
-#define ZEP_EXPORT(name) ZEP_TABLE(name, u8)
-#define ZEP_EXPORT_N8(name) ZEP_TABLE(name, n8)
+#define ZEP_OWN_CODE(name, slot, column, ...) , code::column::name
+#define ZEP_SHARED_CODE(name, slot, column, family, shared, ...) , code::shared::name
+#define ZEP_TABLE(name, entry)                                                    \
+    [[gnu::used]] static decltype(&::name) const table_##name[kVariantSlots] asm( \
+        "zep_table_" #name) = {code::m7::name ZEP_COLUMNS(entry, name)};
+#define ZEP_EXPORT(name) ZEP_TABLE(name, ZEP_SHARED_CODE)
+#define ZEP_EXPORT_N8(name) ZEP_TABLE(name, ZEP_OWN_CODE)
 #include "core/exports.def"
 #undef ZEP_TABLE
+#undef ZEP_OWN_CODE
+#undef ZEP_SHARED_CODE
 
 }  // namespace zep
 

@@ -22,6 +22,15 @@ inline constexpr std::uint64_t kAvxUsable = 0x200;
 inline constexpr std::uint64_t kAes = 0x400;
 inline constexpr std::uint64_t kPclmulqdq = 0x800;
 inline constexpr std::uint64_t kExtendedFamily = 0x1000;
+
+// Beyond the mask that zepQueryFeatures reports: what the wider columns need.
+constexpr std::uint64_t wide(int n) { return std::uint64_t{1} << (32 + n); }
+inline constexpr std::uint64_t kFma = wide(0), kF16c = wide(1), kBmi1 = wide(2), kAvx2 = wide(3), kBmi2 = wide(4),
+                               kLzcnt = wide(5), kAvx512f = wide(6), kAvx512dq = wide(7), kAvx512cd = wide(8),
+                               kAvx512bw = wide(9), kAvx512vl = wide(10), kAvx512vbmi = wide(11),
+                               kAvx512vbmi2 = wide(12);
+// The operating system saves mask registers and the whole of all vector registers.
+inline constexpr std::uint64_t kAvx512Usable = wide(13);
 }  // namespace feature
 
 // zepStsNotSupportedCpu on a processor without identification, then zepStsNullPtrErr where
@@ -30,6 +39,9 @@ inline constexpr std::uint64_t kExtendedFamily = 0x1000;
 // the leaf pRegs[0] and sub-leaf pRegs[2].
 ZepStatus zepQueryFeatures(std::uint64_t* pFeatures, std::uint32_t* pRegs);
 inline constexpr std::uint64_t kGetInfoRequest = 0x616F666E69746567;  // the bytes "getinfoa"
+
+// The features beyond those of zepQueryFeatures; asked of the processor at each call.
+std::uint64_t zepQueryWideFeatures();
 
 // Forgets what has been detected; for tests that change cpuSource.
 void resetFeatureCache();

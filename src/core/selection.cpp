@@ -1,5 +1,6 @@
 #include "core/selection.h"
 
+#include "core/columns.def"
 #include "core/features.h"
 
 namespace zep {
@@ -12,34 +13,39 @@ std::int32_t avxAllowed = 1;
 
 namespace {
 
-struct Variant {
-    std::int32_t index;
-    std::uint64_t mask;  // features that its code may use
-};
-constexpr Variant kFallback{0, 0x7};
-constexpr Variant kSse3{1, 0xF};
-constexpr Variant kSsse3{2, 0x1F};
-constexpr Variant kAtom{3, 0x3F};
-constexpr Variant kSse41{4, 0xCDF};
-constexpr Variant kAvx{5, 0xFDF};
+constexpr std::int32_t kFallbackSlot = 0, kSse3Slot = 1, kSsse3Slot = 2, kAtomSlot = 3, kSse41Slot = 4, kAvxSlot = 5;
 
-void select(Variant v, std::uint64_t features) {
-    variantIndex = v.index;
-    n8Selected = v.index == kAtom.index ? 1 : 0;
-    enabledFeatures = features & v.mask;
+// Features that the code of a slot may use. The columns behind slot 5 are e9 to a caller.
+constexpr std::uint64_t kMasks[kVariantSlots] = {0x7, 0xF, 0x1F, 0x3F, 0xCDF, 0xFDF, 0xFDF, 0xFDF};
+
+void select(std::int32_t slot, std::uint64_t features) {
+    variantIndex = slot;
+    n8Selected = slot == kAtomSlot ? 1 : 0;
+    enabledFeatures = features & kMasks[slot];
 }
 
 bool has(std::uint64_t features, std::uint64_t mask) { return (features & mask) == mask; }
 
-Variant bestVariant(std::uint64_t features) {
-    if (has(features, feature::kAvx | feature::kAvxUsable) && zepFeatureAllowed(kAvxFeatureId) != 0)
-        return kAvx;
-    if (has(features, feature::kSse41)) return kSse41;
-    // MOVBE alone does not make an Atom.
-    if (has(features, feature::kMovbe | feature::kSsse3)) return kAtom;
-    if (has(features, feature::kSsse3)) return kSsse3;
-    if (has(features, feature::kSse3)) return kSse3;
-    return kFallback;
+struct Needs {
+    std::int32_t slot;
+    std::uint64_t features;
+};
+
+// The best slot last.
+using namespace feature;
+constexpr Needs kNeeds[] = {
+    {kFallbackSlot, 0},
+#define ZEP_NEEDS(arg, slot, column, family, shared, needs, ...) {slot, needs},
+    ZEP_COLUMNS(ZEP_NEEDS, )
+#undef ZEP_NEEDS
+};
+
+std::int32_t bestSlot(std::uint64_t features) {
+    const bool allowsAvx = zepFeatureAllowed(kAvxFeatureId) != 0;
+    std::int32_t best = kFallbackSlot;
+    for (const Needs& n : kNeeds)
+        if (has(features, n.features) && (n.slot < kAvxSlot || allowsAvx)) best = n.slot;
+    return best;
 }
 
 // 101 is the first priority open to programs: a caller's own static constructors find the variant chosen, also where
@@ -60,11 +66,10 @@ ZepStatus zepSelectVariantAuto() {
     std::uint64_t features = 0;
     ZepStatus status = zepQueryFeatures(&features, nullptr);
     if (status != zepStsNoErr) {
-        select(kFallback, kFallback.mask);
+        select(kFallbackSlot, kMasks[kFallbackSlot]);
     } else {
-        const Variant v = bestVariant(features);
-        select(v, features);
-        if (v.index == kFallback.index) status = zepStsNotSupportedCpu;
+        select(bestSlot(features | zepQueryWideFeatures()), features);
+        if (variantIndex == kFallbackSlot) status = zepStsNotSupportedCpu;
     }
     // A processor of another vendor keeps the variant that its features earn; only the status tells.
     return zepCpuIsGenuineIntel() ? status : zepStsNonIntelCpu;
@@ -75,25 +80,25 @@ ZepStatus zepSelectVariantForCpu(int cpu) {
         case -1:
             return zepSelectVariantAuto();
         case 0: case 32: case 66:
-            select(kSse3, kSse3.mask);
+            select(kSse3Slot, kMasks[kSse3Slot]);
             return zepStsNoErr;
         case 33: case 34: case 67:
-            select(kSsse3, kSsse3.mask);
+            select(kSsse3Slot, kMasks[kSsse3Slot]);
             return zepStsNoErr;
         case 36:
-            select(kAtom, kAtom.mask);
+            select(kAtomSlot, kMasks[kAtomSlot]);
             return zepStsNoErr;
         case 35: case 68:
-            select(kSse41, 0x5F);
+            select(kSse41Slot, 0x5F);
             return zepStsNoErr;
         case 37: case 69:
-            select(kSse41, 0xDF);
+            select(kSse41Slot, 0xDF);
             return zepStsNoErr;
         case 38: case 71:
-            select(kSse41, kSse41.mask);
+            select(kSse41Slot, kMasks[kSse41Slot]);
             return zepStsNoErr;
         case 70:
-            select(kAvx, kAvx.mask);
+            select(kAvxSlot, kMasks[kAvxSlot]);
             return zepStsNoErr;
         case 1: case 2: case 3: case 4: case 5: case 6: case 7: case 8: case 9: case 10: case 11:
         case 64: case 65: case 96:
@@ -101,6 +106,12 @@ ZepStatus zepSelectVariantForCpu(int cpu) {
         default:
             return zepStsCpuMismatch;
     }
+}
+
+ZepStatus zepSelectColumn(int slot) {
+    if (slot < 0 || slot >= kVariantSlots) return zepStsCpuMismatch;
+    select(slot, kMasks[slot]);
+    return zepStsNoErr;
 }
 
 }  // namespace zep

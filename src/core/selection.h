@@ -22,8 +22,11 @@ void zepAllowFeature(int id);
 // By the processor's features. The processor always gets a variant; the status is a report.
 ZepStatus zepSelectVariantAuto();
 
-// Forces the variant of a processor type (ZepCpuType value); -1 selects as at load. Not exported: the tests' and
-// benchmarks' way to each variant.
+// Forces the variant of a processor type (ZepCpuType value); -1 selects as at load. Not exported.
 ZepStatus zepSelectVariantForCpu(int cpu);
+
+// Forces a slot of the tables with all features that its code may use; zepStsCpuMismatch where there is no such slot. The
+// tests' and benchmarks' way to each column (core/columns.h); whether the machine can run it is for them to know.
+ZepStatus zepSelectColumn(int slot);
 
 }  // namespace zep

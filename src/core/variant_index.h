@@ -5,9 +5,9 @@
 
 namespace zep {
 
-inline constexpr int kVariantSlots = 6;
+inline constexpr int kVariantSlots = 8;
 
-// Slot in every dispatch table, 0 to 5; written by the selection only. The stubs name it, hence the fixed symbol.
+// Slot in every dispatch table, 0 to 7; written by the selection only. The stubs name it, hence the fixed symbol.
 [[gnu::visibility("hidden")]] extern std::int32_t variantIndex asm("zep_variantIndex");
 
 }  // namespace zep

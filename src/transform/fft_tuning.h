@@ -71,7 +71,7 @@ struct FftTuning<tag::e9> {
     }
 };
 
-using Tuning = FftTuning<VariantTag>;
+using Tuning = Tuned<FftTuning>;
 
 // The transform of the order above the direct ones has scratch, as callers see, but needs none: 16
 // rows of vectors still run as one straight line, in 0.8 of the time of three passes.

@@ -10,7 +10,7 @@
 namespace zep::ZEP_VARIANT {
 namespace {
 
-using Tuning = CopyTuning<VariantTag>;
+using Tuning = Tuned<CopyTuning>;
 
 constexpr std::size_t kTouchStride = 128;
 

@@ -15,7 +15,7 @@
 namespace zep::ZEP_VARIANT {
 namespace {
 
-using Tuning = FillTuning<VariantTag>;
+using Tuning = Tuned<FillTuning>;
 
 constexpr std::size_t kSmallFill = 4 * kWide;
 

@@ -7,7 +7,7 @@
 namespace zep::ZEP_VARIANT {
 namespace {
 
-using Tuning = MoveTuning<VariantTag>;
+using Tuning = Tuned<MoveTuning>;
 
 // Far enough for the latency of the second-level cache and of the memory behind it.
 constexpr int kReadAhead = 2048;

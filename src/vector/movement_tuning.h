@@ -81,7 +81,16 @@ struct MoveTuningBase {
 };
 
 template <class Tag>
-struct MoveTuning : MoveTuningBase {};
+struct MoveTuning;
+
+template <>
+struct MoveTuning<tag::m7> : MoveTuningBase {};
+template <>
+struct MoveTuning<tag::u8> : MoveTuningBase {};
+template <>
+struct MoveTuning<tag::n8> : MoveTuningBase {};
+template <>
+struct MoveTuning<tag::y8> : MoveTuningBase {};
 
 template <>
 struct MoveTuning<tag::e9> : MoveTuningBase {
@@ -106,7 +115,7 @@ struct FillTuningBase {
 };
 
 template <class Tag>
-struct FillTuning : FillTuningBase {};
+struct FillTuning;
 
 template <>
 struct FillTuning<tag::m7> : FillTuningBase {
@@ -115,6 +124,12 @@ struct FillTuning<tag::m7> : FillTuningBase {
         return reaches(bytes, probeDescribedCacheBytesPerProcessor());
     }
 };
+template <>
+struct FillTuning<tag::u8> : FillTuningBase {};
+template <>
+struct FillTuning<tag::n8> : FillTuningBase {};
+template <>
+struct FillTuning<tag::y8> : FillTuningBase {};
 template <>
 struct FillTuning<tag::e9> : FillTuningBase {
     static constexpr std::size_t repeatStoreFrom = 0x100000;

@@ -8,11 +8,22 @@
 
 namespace zep::ZEP_VARIANT {
 
-template <class Tag>
-struct StreamLimits {
+struct StreamLarge {
     using TwoSources = StreamAbove<0x2AAA>;
     using OneSource = StreamAbove<0x4000>;
 };
+
+template <class Tag>
+struct StreamLimits;
+
+template <>
+struct StreamLimits<tag::m7> : StreamLarge {};
+template <>
+struct StreamLimits<tag::u8> : StreamLarge {};
+template <>
+struct StreamLimits<tag::n8> : StreamLarge {};
+template <>
+struct StreamLimits<tag::y8> : StreamLarge {};
 
 template <>
 struct StreamLimits<tag::e9> {
@@ -20,7 +31,7 @@ struct StreamLimits<tag::e9> {
     using OneSource = NeverStream;
 };
 
-using StreamTwoSources = StreamLimits<VariantTag>::TwoSources;
-using StreamOneSource = StreamLimits<VariantTag>::OneSource;
+using StreamTwoSources = Tuned<StreamLimits>::TwoSources;
+using StreamOneSource = Tuned<StreamLimits>::OneSource;
 
 }  // namespace zep::ZEP_VARIANT

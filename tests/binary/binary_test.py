@@ -18,6 +18,13 @@ def dispatched_exports():
     return {name: bool(own) for own, name in re.findall(r"^ZEP_EXPORT(_N8)?\((\w+)\)", text, re.M)}
 
 
+def columns():
+    """(slot, column, column of the code that exports without own code for it share) by ascending slot."""
+    text = (SOURCE / "src/core/columns.def").read_text()
+    return [(int(slot), column, shared) for slot, column, shared in
+            re.findall(r"^ *X\(arg, (\d), (\w+), \w+, (\w+), ", text, re.M)]
+
+
 def core_exports():
     lines = (SOURCE / "src/core/core_exports.txt").read_text().splitlines()
     return {line for line in lines if line and not line.startswith("#")}
@@ -117,8 +124,8 @@ class Stubs(unittest.TestCase):
 
     def table_slots(self, name):
         table = self.local["zep_table_" + name]
-        self.assertEqual(table.size, 48, name)
-        return [self.words[table.value + 8 * i] for i in range(6)]
+        self.assertEqual(table.size, 64, name)
+        return [self.words[table.value + 8 * i] for i in range(8)]
 
     def test_are_load_of_the_index_address_of_the_table_and_jump(self):
         for name in self.exports:
@@ -136,20 +143,22 @@ class Stubs(unittest.TestCase):
             self.assertEqual(index, self.local["zep_variantIndex"].value, name)
             self.assertEqual(table, self.local["zep_table_" + name].value, name)
 
-    def test_reach_the_code_of_each_variant_by_its_slot(self):
+    def test_reach_the_code_of_each_column_by_its_slot(self):
+        self.assertEqual([slot for slot, *_ in columns()], [1, 2, 3, 4, 5, 6, 7])
         for name, own_n8 in self.exports.items():
-            for slot, (target, tag) in enumerate(zip(self.table_slots(name),
-                                                     ["m7", "m7", "u8", "n8" if own_n8 else "u8", "y8", "e9"])):
-                prefix = f"_ZN3zep2{tag}{len(name)}{name}E"
-                self.assertTrue(any(n.startswith(prefix) for n in self.names_at.get(target, [])),
-                                f"{name}, slot {slot}: {self.names_at.get(target)}")
+            slots = self.table_slots(name)
+            self.assertEqual(slots[0], slots[1], name)
+            for slot, column, shared in columns():
+                code = column if own_n8 else shared
+                prefix = f"_ZN3zep{len(code)}{code}{len(name)}{name}E"
+                found = self.names_at.get(slots[slot], [])
+                self.assertTrue(any(n.startswith(prefix) for n in found), f"{name}, slot {slot}: {found}")
 
     def test_share_code_between_slots_where_they_should_and_nowhere_else(self):
         for name, own_n8 in self.exports.items():
-            m7, sse3, u8, n8, y8, e9 = self.table_slots(name)
-            self.assertEqual(m7, sse3, name)
-            self.assertEqual(u8 != n8, own_n8, name)
-            self.assertEqual(len({m7, u8, n8, y8, e9}), 5 if own_n8 else 4, name)
+            slots = self.table_slots(name)
+            self.assertEqual(slots[2] != slots[3], own_n8, name)
+            self.assertEqual(len(set(slots)), 7 if own_n8 else 6, name)
 
 
 if __name__ == "__main__":

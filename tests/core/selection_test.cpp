@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/columns.h"
 #include "mozep.h"
 #include "support/invented_cpu.h"
 #include "zeps.h"
@@ -189,9 +190,12 @@ TEST_F(Selection, HasRunAtLoad) {
 }
 
 TEST_F(Selection, StubsFollowTheIndexInEverySlot) {
-    static constexpr const char* kTags[] = {"m7", "m7", "u8", "n8", "y8", "e9"};
-    for (variantIndex = 0; variantIndex < kVariantSlots; ++variantIndex)
-        EXPECT_STREQ(zepsGetLibVersion()->targetTag, kTags[variantIndex]);
+    static constexpr const char* kTags[] = {"m7", "m7", "u8", "n8", "y8", "e9", "e9", "e9"};
+    for (int slot = 0; slot < kVariantSlots; ++slot) {
+        if (slot > 0 && !kColumns[slot - 1].isBuilt()) continue;
+        variantIndex = slot;
+        EXPECT_STREQ(zepsGetLibVersion()->targetTag, kTags[slot]);
+    }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 // compares all levels' forms with scalar code.
 #pragma once
 
+#include "core/columns.def"
+
 namespace zep::test {
 
 enum class LaneOp {
@@ -87,18 +89,9 @@ struct VariantLanes {
 
 }  // namespace zep::test
 
-namespace zep::m7 {
-extern const test::VariantLanes variantLanes;
-}
-namespace zep::u8 {
-extern const test::VariantLanes variantLanes;
-}
-namespace zep::n8 {
-extern const test::VariantLanes variantLanes;
-}
-namespace zep::y8 {
-extern const test::VariantLanes variantLanes;
-}
-namespace zep::e9 {
-extern const test::VariantLanes variantLanes;
-}
+#define ZEP_DECLARE(arg, slot, column, ...)       \
+    namespace zep::column {                       \
+    extern const test::VariantLanes variantLanes; \
+    }
+ZEP_COLUMNS(ZEP_DECLARE, )
+#undef ZEP_DECLARE

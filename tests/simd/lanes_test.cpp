@@ -152,19 +152,21 @@ bool referenceCompare(LaneCompare op, auto a, auto b, auto c) {
     }
 }
 
-const VariantLanes& lanesOf(std::string_view tag) {
-    if (tag == "m7") return m7::variantLanes;
-    if (tag == "u8") return u8::variantLanes;
-    if (tag == "n8") return n8::variantLanes;
-    if (tag == "y8") return y8::variantLanes;
-    return e9::variantLanes;
+const VariantLanes& lanesOf(const Variant& v) {
+    static constexpr const VariantLanes* kLanes[] = {
+        nullptr,
+#define ZEP_LANES(arg, slot, column, ...) &code::column::variantLanes,
+        ZEP_COLUMNS(ZEP_LANES, )
+#undef ZEP_LANES
+    };
+    return *kLanes[v.slot];
 }
 
 class SimdLanes : public VariantTest {
 protected:
     template <class F>
     void forEachWidth(F f) {
-        const VariantLanes& lanes = lanesOf(GetParam().tag);
+        const VariantLanes& lanes = lanesOf(GetParam());
         f(lanes.floats.narrow, float{});
         f(lanes.floats.native, float{});
         f(lanes.doubles.narrow, double{});
@@ -296,7 +298,7 @@ TEST_P(SimdLanes, PartialComplexAccessTouchesExactlyItsPairs) {
 TEST_P(SimdLanes, EstimatesHaveTwelveBits) {
     constexpr int kLen = 4096;
     constexpr double kBound = 1.5 / 4096;
-    const VariantLanes& lanes = lanesOf(GetParam().tag);
+    const VariantLanes& lanes = lanesOf(GetParam());
     std::vector<float> x(kLen), y(kLen);
     for (float& v : x)
         v = std::ldexp(1.0f + std::fabs(randomValue<float>()),

@@ -12,7 +12,7 @@ constexpr int kLongestUnasked = 25;
 constexpr int kLongestComplex = 28;
 
 struct Huge {
-    const char* tag;
+    const char* column;
     int order;
 };
 
@@ -42,20 +42,20 @@ void roundTripRestores(int order) {
 
 class FftHuge : public testing::TestWithParam<Huge> {};
 
-const Variant& variantOf(const char* tag) {
-    for (const Variant& v : kVariants)
-        if (std::strcmp(v.tag, tag) == 0) return v;
+const Variant& variantOf(const char* column) {
+    for (const Variant& v : kColumns)
+        if (std::strcmp(v.name, column) == 0) return v;
     std::abort();
 }
 
 TEST_P(FftHuge, TransformsImpulsesAndThereAndBack) {
-    const auto [tag, order] = GetParam();
+    const auto [column, order] = GetParam();
     if (kInstrumented) GTEST_SKIP() << "too slow when instrumented";
     if (order > kLongestUnasked && std::getenv("ZEP_TEST_HUGE") == nullptr)
         GTEST_SKIP() << "takes gigabytes; set ZEP_TEST_HUGE";
-    const Variant& v = variantOf(tag);
-    if (!v.supported()) GTEST_SKIP() << "this machine has no " << v.needs;
-    ASSERT_EQ(zepSelectVariantForCpu(v.cpu), zepStsNoErr);
+    const Variant& v = variantOf(column);
+    if (!v.isBuilt() || !runsHere(v)) GTEST_SKIP() << "not compiled, or not for this machine";
+    ASSERT_EQ(zepSelectColumn(v.slot), zepStsNoErr);
     if (order <= kLongestComplex) impulsesBecomeExponentials(order, kDirections[order % 2]);
     realImpulsesBecomePackedExponentials(order);
     if (order <= kLongestUnasked) roundTripRestores(order);
@@ -70,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Huge{"e9", 24}, Huge{"e9", 25}, Huge{"y8", 26}, Huge{"e9", 26}, Huge{"e9", 27},
                     Huge{"y8", 28}, Huge{"e9", 28}, Huge{"y8", 29}, Huge{"e9", 29}),
     [](const auto& huge) {
-        return std::string(huge.param.tag) + "_" + std::to_string(huge.param.order);
+        return std::string(huge.param.column) + "_" + std::to_string(huge.param.order);
     });
 
 }  // namespace

@@ -2,7 +2,7 @@
 // signature.
 #pragma once
 
-#include <cstring>
+#include <cstddef>
 
 #include "support/variant.h"
 #include "transform/fft_spec.h"
@@ -21,32 +21,23 @@ struct FftSteps {
 
 }  // namespace zep::test
 
-namespace zep {
-namespace m7 {
-extern const test::FftSteps fftSteps;
-}
-namespace u8 {
-extern const test::FftSteps fftSteps;
-}
-namespace n8 {
-extern const test::FftSteps fftSteps;
-}
-namespace y8 {
-extern const test::FftSteps fftSteps;
-}
-namespace e9 {
-extern const test::FftSteps fftSteps;
-}
-}  // namespace zep
+#define ZEP_DECLARE(arg, slot, column, ...) \
+    namespace zep::column {                 \
+    extern const test::FftSteps fftSteps;   \
+    }
+ZEP_COLUMNS(ZEP_DECLARE, )
+#undef ZEP_DECLARE
 
 namespace zep::test {
 
 inline const FftSteps& fftStepsOf(const Variant& v) {
-    const FftSteps* const steps[5] = {&m7::fftSteps, &u8::fftSteps, &n8::fftSteps, &y8::fftSteps,
-                                      &e9::fftSteps};
-    for (std::size_t i = 0; i < 4; ++i)
-        if (std::strcmp(v.tag, kVariants[i].tag) == 0) return *steps[i];
-    return *steps[4];
+    static constexpr const FftSteps* kSteps[] = {
+        nullptr,
+#define ZEP_STEPS(arg, slot, column, ...) &code::column::fftSteps,
+        ZEP_COLUMNS(ZEP_STEPS, )
+#undef ZEP_STEPS
+    };
+    return *kSteps[v.slot];
 }
 
 }  // namespace zep::test

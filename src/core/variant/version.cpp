@@ -1,4 +1,6 @@
-// One version record for each domain; y8 has a second, named with "+", for processors with SSE4.2.
+// One version record for each domain, the same in all columns of a family; y8 has a second, named with "+", for processors with SSE4.2.
+#include <initializer_list>
+
 #include "core/features.h"
 #include "core/selection.h"
 #include "core/variant/tag.h"
@@ -13,26 +15,39 @@ constexpr bool sameName(const char* a, const char* b) {
     return *a == *b;
 }
 
-constexpr bool isVariant(const char* name) { return sameName(kVariantName, name); }
+constexpr bool isFamily(const char* name) { return sameName(kFamilyName, name); }
 
 constexpr char kApr17[] = "Apr 17 2011";
 constexpr char kApr18[] = "Apr 18 2011";
 // Some domains were built a day later for the two newest variants.
-constexpr const char* kApr17Or18 = isVariant("n8") || isVariant("e9") ? kApr18 : kApr17;
+constexpr const char* kApr17Or18 = isFamily("n8") || isFamily("e9") ? kApr18 : kApr17;
+
+struct LibName {
+    char text[16];
+};
+
+// "zep" + domain + family + "_l.lib" + suffix.
+constexpr LibName libName(const char* domain, const char* suffix) {
+    LibName name{};
+    char* end = name.text;
+    for (const char* part : {"zep", domain, static_cast<const char*>(kFamilyName), "_l.lib", suffix})
+        while (*part != '\0') *end++ = *part++;
+    return name;
+}
 
 constexpr ZepVersionRecord record(const char* libName, int domainBuild, const char* buildDate) {
     return {version::kMajor,
             version::kMinor,
             version::kReleaseBuild,
             domainBuild,
-            {kVariantName[0], kVariantName[1]},
+            {kFamilyName[0], kFamilyName[1]},
             libName,
             version::kText,
             buildDate};
 }
 
 const ZepVersionRecord* choose(const ZepVersionRecord (&records)[2]) {
-    if constexpr (isVariant("y8"))
+    if constexpr (isFamily("y8"))
         return &records[zepFeaturesEnabled(feature::kSse42)];
     else
         return &records[0];
@@ -42,9 +57,9 @@ const ZepVersionRecord* choose(const ZepVersionRecord (&records)[2]) {
 
 #define ZEP_VERSION(domain, build, date)                                                 \
     const ZepVersionRecord* zep##domain##GetLibVersion() {                               \
-        static constexpr ZepVersionRecord kRecords[2] = {                                \
-            record("zep" #domain ZEP_STRINGIFY(ZEP_VARIANT) "_l.lib", build, date),      \
-            record("zep" #domain ZEP_STRINGIFY(ZEP_VARIANT) "_l.lib+", build, date)};    \
+        static constexpr LibName kPlain = libName(#domain, ""), kPlus = libName(#domain, "+"); \
+        static constexpr ZepVersionRecord kRecords[2] = {record(kPlain.text, build, date),     \
+                                                         record(kPlus.text, build, date)};     \
         return choose(kRecords);                                                         \
     }
 ZEP_VERSION(ac, 1008, kApr17)

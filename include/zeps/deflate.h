@@ -6,28 +6,116 @@
  * and goes on from there in its next call. No zlib or gzip container is read and no checksum is
  * computed.
  *
- * @code
- * ZepStatus status;
- * int type = 0;
- * do {
- *     status = zepsDecodeLZ77GetBlockType_8u(&src, &srcLen, &type, state);
- *     if (status == zepStsNoErr && type == 0)
- *         status = zepsDecodeLZ77FixedHuffFull_8u(&src, &srcLen, &dst, &dstLen, NULL, state);
- *     else if (status == zepStsNoErr && type == 1)
- *         status = zepsDecodeLZ77DynamicHuffFull_8u(&src, &srcLen, &dst, &dstLen, NULL, state);
- *     else if (status == zepStsNoErr)
- *         status = zepsDecodeLZ77StoredBlock_8u(&src, &srcLen, &dst, &dstLen, state);
+ * Three things beside the calls themselves make such a loop decode every stream of RFC 1951; the
+ * program below, `examples/inflate.c`, has them:
+ * - **Behind a stored block** the history may lack bytes. Whole bytes that the bit buffer holds
+ *   when the block begins go to the output, but not into the history, and a later match that
+ *   reaches back to them from another call would copy older data. It is so when, over the whole
+ *   block, the destination has advanced further than the source, and only then. At the end of such
+ *   a block the bit buffer is empty; unless the block was the last one, the caller enters the last
+ *   32 KiB of its output again, as a stored block made up for the purpose whose output is thrown
+ *   away.
+ * - **Room for a stored block**: 3 bytes or more when it begins. Of a block shorter than the bytes
+ *   held, the surplus is written too and then taken back, and must not have been used in between.
+ * - **Bytes before the input.** The source pointer may move back over bytes of an earlier call, by
+ *   8 at most, counted from where that call's input began. No byte there is read by that call; but
+ *   the pointer, and the next call, start there. So the last 8 bytes of the input before are to
+ *   stand in front of each new piece, as below, or the caller continues its input that many bytes
+ *   earlier.
  *
- *     if (status == zepStsSrcSizeLessExpected) bringMoreInput();  // none left: the stream is cut off
- *     if (status == zepStsDstSizeLessExpected) writeOutAndMakeRoom();
- * } while (status >= 0 && status != zepStsStreamEnd);
+ * @code
+ * // Decompresses a file that holds one raw Deflate stream (RFC 1951): inflate INPUT OUTPUT
+ * #include <stdio.h>
+ * #include <string.h>
+ * #include <zeps.h>
+ *
+ * #ifndef PIECE
+ * #define PIECE 4096  // bytes read or written at once; 16 or more
+ * #endif
+ * #define BACK 8         // so far the decoder may step back in its input
+ * #define HISTORY 32768  // so far a match may reach back in the output
+ *
+ * static Zep8u input[BACK + PIECE];      // the bytes before the piece stand in front of it
+ * static Zep8u output[HISTORY + PIECE];  // what was written last stands in front of the next piece
+ *
+ * // A stored block has brought bytes into the output that the decoder's own history lacks: enters
+ * // the output again, as a stored block that is written over itself.
+ * static ZepStatus enterHistory(const Zep8u* end, ZepLZ77State* state) {
+ *     static Zep8u block[5 + HISTORY] = {0x00, 0x00, 0x80, 0xFF, 0x7F};  // LEN and its complement
+ *     Zep8u *src = block, *dst = block + 5;
+ *     Zep32s srcLen = (Zep32s)sizeof block, dstLen = HISTORY, type;
+ *     memcpy(dst, end - HISTORY, HISTORY);
+ *     zepsDecodeLZ77GetBlockType_8u(&src, &srcLen, &type, state);
+ *     return zepsDecodeLZ77StoredBlock_8u(&src, &srcLen, &dst, &dstLen, state);
+ * }
+ *
+ * // Null, or what went wrong.
+ * static const char* inflate(FILE* in, FILE* out, ZepLZ77State* state) {
+ *     Zep8u *src = input + BACK, *dst = output + HISTORY;
+ *     Zep32s srcLen = 0, dstLen = PIECE, ahead = 0;
+ *     double bytesRead = 0, bytesWritten = 0;
+ *     ZepStatus status;
+ *     do {
+ *         Zep32s type = -1;
+ *         status = zepsDecodeLZ77GetBlockType_8u(&src, &srcLen, &type, state);
+ *         if (status == zepStsNoErr && type == 0) {
+ *             status = zepsDecodeLZ77FixedHuffFull_8u(&src, &srcLen, &dst, &dstLen, NULL, state);
+ *         } else if (status == zepStsNoErr && type == 1) {
+ *             status = zepsDecodeLZ77DynamicHuffFull_8u(&src, &srcLen, &dst, &dstLen, NULL, state);
+ *         } else if (status == zepStsNoErr && type == 2 && dstLen < BACK) {
+ *             status = zepStsDstSizeLessExpected;  // the block may take back what it has written
+ *         } else if (status == zepStsNoErr && type == 2) {
+ *             ahead += dstLen - srcLen;
+ *             status = zepsDecodeLZ77StoredBlock_8u(&src, &srcLen, &dst, &dstLen, state);
+ *             ahead -= dstLen - srcLen;
+ *             if (status == zepStsNoErr) {  // the block has ended, and is not the last
+ *                 if (ahead > 0) status = enterHistory(dst, state);  // more came out than went in
+ *                 ahead = 0;
+ *             }
+ *         } else if (status == zepStsNoErr) {
+ *             return "corrupt: reserved block type";
+ *         }
+ *         if (status == zepStsSrcSizeLessExpected) {  // all input is used
+ *             memmove(input, src - BACK, BACK);
+ *             src = input + BACK;
+ *             srcLen = (Zep32s)fread(src, 1, PIECE, in);
+ *             if (srcLen == 0) return "ends too early, or cannot be read";
+ *             bytesRead += srcLen;
+ *         }
+ *         if (status == zepStsDstSizeLessExpected || status == zepStsStreamEnd) {
+ *             const size_t made = (size_t)(PIECE - dstLen);
+ *             bytesWritten += (double)made;
+ *             if (bytesWritten > 1032 * bytesRead) return "corrupt: codes of no bits";
+ *             if (fwrite(output + HISTORY, 1, made, out) != made) return "cannot be written";
+ *             memmove(output, dst - HISTORY, HISTORY);
+ *             dst = output + HISTORY;
+ *             dstLen = PIECE;
+ *         }
+ *     } while (status >= 0 && status != zepStsStreamEnd);
+ *     return status < 0 ? "corrupt" : NULL;
+ * }
+ *
+ * int main(int argc, char** argv) {
+ *     FILE* in = argc == 3 ? fopen(argv[1], "rb") : NULL;
+ *     FILE* out = in != NULL ? fopen(argv[2], "wb") : NULL;
+ *     ZepLZ77State* state = NULL;
+ *     const char* wrong = "usage: inflate INPUT OUTPUT, both files that can be opened";
+ *     if (out != NULL && zepsDecodeLZ77InitAlloc_8u(0, &state) == zepStsNoErr)
+ *         wrong = inflate(in, out, state);
+ *     zepsLZ77Free_8u(state);
+ *     if (out != NULL && fclose(out) != 0 && wrong == NULL) wrong = "cannot be written";
+ *     if (in != NULL) fclose(in);
+ *     if (wrong != NULL) fprintf(stderr, "inflate: %s\n", wrong);
+ *     return wrong != NULL;
+ * }
  * @endcode
  *
  * What all decoding functions share:
  * - Pointers and lengths are passed by address and brought up to date on every return except from
  *   the checks at entry: a pointer stands behind the last byte used, a length tells what is left.
  * - Statuses: zepStsNoErr, the block has ended and was not the last; zepStsSrcSizeLessExpected
- *   (32), input ran out, call the same function with more; zepStsDstSizeLessExpected (33), output
+ *   (32), input ran out, call the same function with more: all input has been taken, none is left
+ *   over, and what the decoder could not use yet it keeps; zepStsDstSizeLessExpected (33), output
  *   is full, call the same function with new room; zepStsStreamEnd (34), the last block has ended;
  *   zepStsSizeErr, the stream is corrupt (or a length is negative); zepStsErr, this function cannot
  *   continue from where the decoder stands, nothing is consumed.
@@ -101,13 +189,16 @@ ZEP_API ZepStatus zepsDecodeLZ77SetStatus_8u(Zep32s value, ZepLZ77State* pState)
 /**
  * Decodes a stored block, or as much of it as input and room allow.
  *
- * Bytes of the block that the decoder already holds in its bit buffer go to the output but not into
- * the history, so a later match that reaches back to them across calls differs from RFC 1951. A
- * Huffman block before this one may leave whole bytes there: where its end lies more than a byte
- * before the end of the input that was given. A caller that wants RFC 1951 to the letter gives the
- * Huffman decoders single bytes near the end of such a block. When the block is shorter than the
- * bytes held, the surplus bytes are written too, never beyond the room, and then both pointers move
- * back over them. The end of a last block does not return bytes of the bit buffer to the source.
+ * Bytes of the block that the decoder already holds in its bit buffer, left there by a Huffman
+ * block before this one, go to the output but not into the history, so a later match that reaches
+ * back to them across calls differs from RFC 1951 unless the caller restores the history as
+ * described at the top of this file. When the block is shorter than the bytes held, the surplus
+ * bytes, 3 at most, are written too, never beyond the room, and then both pointers move back over
+ * them, the source pointer possibly over bytes of an earlier call.
+ *
+ * A last block that is empty does not return what the bit buffer holds: up to 3 bytes behind the
+ * stream stay there, unused. Behind any other last block *ppSrc stands at the first byte after the
+ * stream.
  *
  * @param ppSrc    input.
  * @param pSrcLen  bytes at *ppSrc; 0 or less: none.
@@ -137,7 +228,7 @@ ZEP_API ZepStatus zepsDecodeLZ77StoredBlock_8u(Zep8u** ppSrc, Zep32s* pSrcLen, Z
  *   not stop too early.
  * - zepStsStreamEnd returns all whole bytes behind the stream to the source: *ppSrc stands at the
  *   first byte after the stream. Both returns may move the pointer back over bytes of an earlier
- *   call.
+ *   call, which asks of the caller what is said at the top of this file.
  * - The end of another block returns nothing: bytes read beyond it stay in the bit buffer.
  * - The sets of code lengths are not validated. A code that stands for nothing decodes as the byte
  *   0 and consumes no bits, until the output is full; a distance code that stands for nothing gives

@@ -111,6 +111,8 @@ int Session::decode(DecoderCall call, int srcBytes, int dstBytes) {
         drained_ += std::max(0, before.bitCount / 8 - 4);
     const std::int64_t taken = pSrc - in.data(), written = pDst - room.data();
     if (taken != in.size() - srcLen) fail("source pointer and length moved differently");
+    if (status == zepStsSrcSizeLessExpected && srcLen != 0) fail("input left over");
+    if (taken < -8) fail("more bytes returned than the bit buffer holds");
     if (written != dstBytes - dstLen) fail("destination pointer and length moved differently");
     // A pointer may go back over bytes of earlier calls, never beyond the first byte of the stream
     // or of the output.

@@ -26,7 +26,7 @@ Bytes zlibDeflate(std::span<const std::uint8_t> data, const ZlibOptions& options
         const std::size_t bytes = std::min(step, data.size() - at);
         z.next_in = const_cast<Bytef*>(data.data() + at);
         z.avail_in = static_cast<uInt>(bytes);
-        drain(options.flushEvery > 0 ? Z_FULL_FLUSH : Z_NO_FLUSH);
+        drain(options.flushEvery > 0 ? options.flush : Z_NO_FLUSH);
     }
     drain(Z_FINISH);
     deflateEnd(&z);

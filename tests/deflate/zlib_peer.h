@@ -17,7 +17,8 @@ struct ZlibOptions {
     int level = 6;
     int strategy = Z_DEFAULT_STRATEGY;
     int memLevel = 8;    // 1 makes the blocks small
-    int flushEvery = 0;  // > 0: a full flush (an empty stored block) after every so many bytes
+    int flushEvery = 0;  // > 0: a flush after every so many bytes
+    int flush = Z_FULL_FLUSH;
 };
 Bytes zlibDeflate(std::span<const std::uint8_t> data, const ZlibOptions& options = {});
 

@@ -53,6 +53,10 @@ class Texts(unittest.TestCase):
         self.assertEqual(program, read("examples/quickstart.c"))
         self.assertLessEqual(len(program.splitlines()), 15)
 
+    def test_deflate_header_prints_the_inflate_program(self):
+        printed = re.search(r"^ \* @code\n(.*?)^ \* @endcode$", read("include/zeps/deflate.h"), re.S | re.M).group(1)
+        self.assertEqual(re.sub(r"^ \* ?", "", printed, flags=re.M), read("examples/inflate.c"))
+
     def test_links_and_named_files_exist(self):
         for text in [SOURCE / "README.md", SOURCE / "CONTRIBUTING.md", SOURCE / "CHANGELOG.md", *SOURCE.glob("docs/*.md")]:
             content = text.read_text()

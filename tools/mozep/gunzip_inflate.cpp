@@ -3,17 +3,15 @@
 // Two habits of the decoder need care, both about whole bytes that its bit buffer holds when a
 // stored block begins:
 // - they go to the output but not into the decoder's history, so that later matches would miss
-// them. A stored block is
-//   therefore first called without input; if that alone writes anything, the decoder is handed the
-//   true history again once the block has ended, as a stored block of 32 KiB made up for it, whose
-//   output is thrown away.
+//   them. It shows in the block making more output than it takes input; the decoder is then handed
+//   the true history again, as a stored block of 32 KiB whose output is thrown away.
 // - behind an empty last block they stay in the buffer. How many of them there are cannot be asked;
-// the reader of the
-//   trailer finds out.
+//   the reader of the trailer finds out.
 #include "gunzip_inflate.h"
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "commands.h"
 
@@ -22,13 +20,14 @@ namespace {
 
 constexpr int kHistory = 32768;
 constexpr int kRoom = 256 * 1024;
-// The bit buffer holds eight bytes, of which a stored block's header takes four.
-constexpr int kHeldBytes = 4;
+// The bit buffer holds eight bytes, less the bits of a block header; LEN and its complement take
+// four.
+constexpr int kHeldBytes = 3;
 
 }  // namespace
 
 Inflater::Inflater(GunzipInput& in, Sink sink)
-    : in_(in), sink_(std::move(sink)), buffer_(kHistory + kRoom), scratch_(kHistory) {}
+    : in_(in), sink_(std::move(sink)), buffer_(kHistory + kRoom), madeUp_(5 + kHistory) {}
 
 void Inflater::corrupt(const char* what) const { throw Failure(in_.name() + ": corrupt: " + what); }
 
@@ -65,41 +64,44 @@ ZepStatus Inflater::huffmanBlock(HuffmanDecoder decode) {
 
 ZepStatus Inflater::storedBlock() {
     // Held bytes may be more than the block has; the decoder then writes and takes back the
-    // surplus.
-    if (room_ < 2 * kHeldBytes) flush();
-    const Zep8u* const before = dst_;
-    Zep32s none = 0;
-    ZepStatus status = zepsDecodeLZ77StoredBlock_8u(&in_.next, &none, &dst_, &room_, state_.get());
-    in_.left += none;
-    const bool holes = dst_ != before;
-    if (status == zepStsStreamEnd && !holes) mayBeUnreturned_ = kHeldBytes;
-    while (status == zepStsSrcSizeLessExpected || status == zepStsDstSizeLessExpected) {
-        if (status == zepStsDstSizeLessExpected)
-            flush();
-        else if (in_.left == 0)
+    // surplus, which must not have gone to the sink.
+    if (room_ < kHeldBytes) flush();
+    Zep32s made = 0, taken = 0;
+    for (;;) {
+        made += room_;
+        taken += in_.left;
+        const ZepStatus status =
+            zepsDecodeLZ77StoredBlock_8u(&in_.next, &in_.left, &dst_, &room_, state_.get());
+        made -= room_;
+        taken -= in_.left;
+        if (status == zepStsSrcSizeLessExpected) {
             needInput();
-        status = zepsDecodeLZ77StoredBlock_8u(&in_.next, &in_.left, &dst_, &room_, state_.get());
+        } else if (status == zepStsDstSizeLessExpected) {
+            flush();
+        } else if (status == zepStsNoErr) {
+            if (made > taken) repairHistory();
+            return status;
+        } else if (status == zepStsStreamEnd) {
+            if (made == 0 && taken == 0) mayBeUnreturned_ = kHeldBytes;
+            return status;
+        } else {
+            corrupt("invalid stored block");
+        }
     }
-    if (status != zepStsNoErr && status != zepStsStreamEnd) corrupt("invalid stored block");
-    if (status == zepStsNoErr && holes) repairHistory();
-    return status;
 }
 
 // The decoder stands between two blocks, with an empty bit buffer.
 void Inflater::repairHistory() {
     static_assert(kHistory == 0x8000);
-    Zep8u header[5] = {0x00, 0x00, 0x80, 0xFF,
-                       0x7F};  // stored, not the last; LEN 0x8000 and its complement
-    Zep8u *src = header, *dst = scratch_.data();
-    Zep32s srcLen = sizeof header, dstLen = kHistory, type = -1;
+    // Stored, not the last; LEN and its complement. It is written over itself.
+    static constexpr Zep8u kHeader[5] = {0x00, 0x00, 0x80, 0xFF, 0x7F};
+    std::copy(std::begin(kHeader), std::end(kHeader), madeUp_.begin());
+    Zep8u *src = madeUp_.data(), *dst = src + sizeof kHeader;
+    std::memcpy(dst, dst_ - kHistory, kHistory);
+    Zep32s srcLen = sizeof kHeader + kHistory, dstLen = kHistory, type = -1;
     ZepStatus status = zepsDecodeLZ77GetBlockType_8u(&src, &srcLen, &type, state_.get());
     if (status == zepStsNoErr)
         status = zepsDecodeLZ77StoredBlock_8u(&src, &srcLen, &dst, &dstLen, state_.get());
-    if (status == zepStsSrcSizeLessExpected) {
-        src = dst_ - kHistory;
-        srcLen = kHistory;
-        status = zepsDecodeLZ77StoredBlock_8u(&src, &srcLen, &dst, &dstLen, state_.get());
-    }
     if (status != zepStsNoErr) throw Failure("internal: the history cannot be restored");
 }
 

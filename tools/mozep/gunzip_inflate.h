@@ -41,9 +41,9 @@ private:
     GunzipInput& in_;
     Sink sink_;
     std::unique_ptr<ZepLZ77State, FreeState> state_;
-    std::vector<Zep8u>
-        buffer_;  // the last 32 KiB that went to the sink, then what has not gone yet
-    std::vector<Zep8u> scratch_;  // for repairHistory
+    // The last 32 KiB that went to the sink, then what has not gone yet.
+    std::vector<Zep8u> buffer_;
+    std::vector<Zep8u> madeUp_;  // block of repairHistory
     Zep8u* dst_ = nullptr;
     Zep32s room_ = 0;
     double consumedAtFlush_ = 0;

@@ -73,7 +73,7 @@ function(zep_group_options group)
 endfunction()
 
 # What every kernel includes sooner or later; a second of parsing for each file of each column otherwise.
-set(ZEP_KERNEL_HEADERS <immintrin.h> <algorithm> <array> <bit> <cstddef> <cstdint> <cstring> <limits> <type_traits> <utility>)
+set(ZEP_KERNEL_HEADERS "${PROJECT_SOURCE_DIR}/src/simd/level.h" <algorithm> <array> <bit> <cstddef> <cstdint> <cstring> <limits> <type_traits> <utility>)
 
 # The options of a column. The GNU assembler refuses instructions above the column's level, whatever way they got into the
 # code.

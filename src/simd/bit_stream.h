@@ -9,24 +9,22 @@ namespace zep::ZEP_VARIANT::simd {
 // offset <= 7. Bytes are shifted as halves of 16-bit lanes, and the masks take out what came over
 // from the other half.
 template <class B>
-class BitShift;
-
-template <>
-class BitShift<Block<16>> {
+class BitShift {
 public:
     explicit BitShift(int offset)
-        : left_(_mm_cvtsi32_si128(offset)),
-          right_(_mm_cvtsi32_si128(8 - offset)),
-          keepLeft_(_mm_set1_epi8(static_cast<char>(0xFF << offset))) {}
+        : offset_(offset),
+          keepLeft_(blockOf(
+              Vec<std::uint8_t, B::bytes>::broadcast(static_cast<std::uint8_t>(0xFF << offset)))) {}
 
-    Block<16> operator()(Block<16> x, Block<16> next) const {
-        const __m128i high = _mm_and_si128(_mm_sll_epi16(x.v, left_), keepLeft_);
-        const __m128i low = _mm_andnot_si128(keepLeft_, _mm_srl_epi16(next.v, right_));
-        return {_mm_or_si128(high, low)};
+    B operator()(B x, B next) const {
+        const auto left = blockOf(lanesOf<std::uint16_t>(x) << offset_);
+        const auto right = blockOf(lanesOf<std::uint16_t>(next) >> (8 - offset_));
+        return {(left.v & keepLeft_.v) | (right.v & ~keepLeft_.v)};
     }
 
 private:
-    __m128i left_, right_, keepLeft_;
+    int offset_;
+    B keepLeft_;
 };
 
 }  // namespace zep::ZEP_VARIANT::simd

@@ -1,17 +1,17 @@
 // Registers as plain bytes, for code that moves, fills or combines bits and does not care what they
 // mean. Block<N> is N bytes; the widest is WideBlock, which with AVX is 32 bytes although integer
-// lanes are not.
+// lanes are not: the bit operations exist at that width.
 //
 // broadcast repeats 8 bytes, or as many of their low ones as the block has. load and store take any
 // address; storeAligned and storeStream need one that is a multiple of N.
 #pragma once
 
-#include <immintrin.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+
+#include "simd/partial.h"
 
 namespace zep::ZEP_VARIANT::simd {
 
@@ -52,52 +52,60 @@ requires(N <= 8) struct Block<N> {
     friend Block operator^(Block a, Block b) { return {static_cast<Word>(a.v ^ b.v)}; }
 };
 
-template <>
-struct Block<16> {
-    static constexpr int bytes = 16;
-    __m128i v;
+template <int N>
+requires(N >= 16) struct Block<N> {
+    static constexpr int bytes = N;
+    using R = Register<std::uint64_t, N / 8>;
+    R v;
 
-    static Block load(const void* p) { return {_mm_loadu_si128(static_cast<const __m128i*>(p))}; }
-    static Block zero() { return {_mm_setzero_si128()}; }
-    static Block broadcast(std::uint64_t x) { return {_mm_set1_epi64x(static_cast<long long>(x))}; }
-    void store(void* p) const { _mm_storeu_si128(static_cast<__m128i*>(p), v); }
-    void storeAligned(void* p) const { _mm_store_si128(static_cast<__m128i*>(p), v); }
-    void storeStream(void* p) const { _mm_stream_si128(static_cast<__m128i*>(p), v); }
+    static Block load(const void* p) {
+        Block b;
+        std::memcpy(&b.v, p, sizeof b.v);
+        return b;
+    }
+    // From two places, half each.
+    static Block loadHalves(const void* lower, const void* upper) {
+        using H = Vec<std::uint64_t, N / 16>;
+        return {join(H{Block<N / 2>::load(lower).v}, H{Block<N / 2>::load(upper).v}).v};
+    }
+    static Block zero() { return {R{}}; }
+    static Block broadcast(std::uint64_t x) { return {Vec<std::uint64_t, N / 8>::broadcast(x).v}; }
+    void store(void* p) const { std::memcpy(p, &v, sizeof v); }
+    void storeAligned(void* p) const { std::memcpy(__builtin_assume_aligned(p, N), &v, sizeof v); }
+    void storeStream(void* p) const {
+        Vec<std::uint64_t, N / 8>{v}.storeStream(static_cast<std::uint64_t*>(p));
+    }
 
-    friend Block operator&(Block a, Block b) { return {_mm_and_si128(a.v, b.v)}; }
-    friend Block operator|(Block a, Block b) { return {_mm_or_si128(a.v, b.v)}; }
-    friend Block operator^(Block a, Block b) { return {_mm_xor_si128(a.v, b.v)}; }
+    // The first n bytes, 0 <= n <= N; those behind them become 0.
+    static Block loadPartial(const void* p, int n) {
+        using V = Vec<std::uint8_t, N>;
+        return {bitsAs<R>(V::loadPartial(static_cast<const std::uint8_t*>(p), n).v)};
+    }
+    void storePartial(void* p, int n) const {
+        using V = Vec<std::uint8_t, N>;
+        V{bitsAs<typename V::R>(v)}.storePartial(static_cast<std::uint8_t*>(p), n);
+    }
+
+    friend Block operator&(Block a, Block b) { return {a.v & b.v}; }
+    friend Block operator|(Block a, Block b) { return {a.v | b.v}; }
+    friend Block operator^(Block a, Block b) { return {a.v ^ b.v}; }
 };
 
-#if defined(__AVX__)
-// AVX has the bit operations at this width in the floating domain only; they and the moves keep
-// every bit pattern.
-template <>
-struct Block<32> {
-    static constexpr int bytes = 32;
-    __m256 v;
+using WideBlock = Block<kFloatBytes>;
+template <class B>
+using HalfBlock = Block<B::bytes / 2>;
 
-    static Block load(const void* p) { return {_mm256_loadu_ps(static_cast<const float*>(p))}; }
-    static Block loadHalves(const void* low, const void* high) {
-        const __m256 lower = _mm256_castps128_ps256(_mm_loadu_ps(static_cast<const float*>(low)));
-        return {_mm256_insertf128_ps(lower, _mm_loadu_ps(static_cast<const float*>(high)), 1)};
-    }
-    static Block zero() { return {_mm256_setzero_ps()}; }
-    static Block broadcast(std::uint64_t x) {
-        return {_mm256_castsi256_ps(_mm256_set1_epi64x(static_cast<long long>(x)))};
-    }
-    void store(void* p) const { _mm256_storeu_ps(static_cast<float*>(p), v); }
-    void storeAligned(void* p) const { _mm256_store_ps(static_cast<float*>(p), v); }
-    void storeStream(void* p) const { _mm256_stream_ps(static_cast<float*>(p), v); }
-
-    friend Block operator&(Block a, Block b) { return {_mm256_and_ps(a.v, b.v)}; }
-    friend Block operator|(Block a, Block b) { return {_mm256_or_ps(a.v, b.v)}; }
-    friend Block operator^(Block a, Block b) { return {_mm256_xor_ps(a.v, b.v)}; }
-};
-using WideBlock = Block<32>;
-#else
-using WideBlock = Block<16>;
-#endif
+// The block as lanes of T, and back.
+template <class T, int N>
+[[gnu::always_inline]] inline auto lanesOf(Block<N> x) {
+    using V = Vec<T, N / int{sizeof(T)}>;
+    return V{bitsAs<typename V::R>(x.v)};
+}
+template <class V>
+[[gnu::always_inline]] inline auto blockOf(V x) {
+    using B = Block<V::bytes>;
+    return B{bitsAs<typename B::R>(x.v)};
+}
 
 // Asks for the cache lines from p on before they are needed. Any address will do, one outside the
 // caller's memory, too.

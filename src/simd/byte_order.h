@@ -10,15 +10,19 @@
 namespace zep::ZEP_VARIANT::simd {
 namespace detail {
 
-#if defined(__SSSE3__)
-// Byte i of the result is byte order(i) of x.
-template <class Order>
-inline __m128i shuffleBytes(__m128i x, Order order) {
-    alignas(16) std::uint8_t index[16];
-    for (int i = 0; i < 16; ++i) index[i] = static_cast<std::uint8_t>(order(i));
-    return _mm_shuffle_epi8(x, _mm_load_si128(reinterpret_cast<const __m128i*>(index)));
+// Byte i of each 16 is byte order(i) of them; from SSSE3 on.
+template <int N, class Order>
+inline Block<N> shuffleBytes(Block<N> x, Order order) {
+    alignas(N) std::uint8_t index[N];
+    for (int i = 0; i < N; ++i) index[i] = static_cast<std::uint8_t>(order(i % 16));
+    const auto indices = asInts(Block<N>::load(index).v);
+    if constexpr (N == 16)
+        return {bitsAs<typename Block<N>::R>(_mm_shuffle_epi8(asInts(x.v), indices))};
+    else if constexpr (N == 32)
+        return {bitsAs<typename Block<N>::R>(_mm256_shuffle_epi8(asInts(x.v), indices))};
+    else
+        return {bitsAs<typename Block<N>::R>(_mm512_shuffle_epi8(asInts(x.v), indices))};
 }
-#endif
 
 inline __m128i swapPairsOfBytes(__m128i x) {
     return _mm_or_si128(_mm_slli_epi16(x, 8), _mm_srli_epi16(x, 8));
@@ -42,16 +46,17 @@ inline Block<N> reverseBytes(Block<N> x) {
 }  // namespace detail
 
 // The bytes of every lane of laneBytes, in reverse.
-template <int laneBytes>
-inline Block<16> swapBytes(Block<16> x) {
-#if defined(__SSSE3__)
-    return {detail::shuffleBytes(x.v, [](int i) { return i ^ (laneBytes - 1); })};
-#else
-    const __m128i swapped = detail::swapPairsOfBytes(x.v);
-    if constexpr (laneBytes == 2) return {swapped};
-    if constexpr (laneBytes == 4) return {detail::orderWords<1, 0, 3, 2>(swapped)};
-    return {detail::orderWords<3, 2, 1, 0>(swapped)};
-#endif
+template <int laneBytes, int N>
+requires(N >= 16) inline Block<N> swapBytes(Block<N> x) {
+    if constexpr (kHasSsse3) {
+        return detail::shuffleBytes(x, [](int i) { return i ^ (laneBytes - 1); });
+    } else {
+        using R = typename Block<N>::R;
+        const __m128i swapped = detail::swapPairsOfBytes(asInts(x.v));
+        if constexpr (laneBytes == 2) return {bitsAs<R>(swapped)};
+        if constexpr (laneBytes == 4) return {bitsAs<R>(detail::orderWords<1, 0, 3, 2>(swapped))};
+        return {bitsAs<R>(detail::orderWords<3, 2, 1, 0>(swapped))};
+    }
 }
 
 // Words: a lane wider than the word is never met and passes unchanged.
@@ -77,27 +82,20 @@ requires(N <= 8) inline Block<N> reverseLanes(Block<N> x) {
     if constexpr (laneBytes == 4 && N == 8) return {std::rotl(x.v, 32)};
     return x;
 }
-template <int laneBytes>
-inline Block<16> reverseLanes(Block<16> x) {
-    if constexpr (laneBytes == 8) return {_mm_shuffle_epi32(x.v, _MM_SHUFFLE(1, 0, 3, 2))};
-    if constexpr (laneBytes == 4) return {_mm_shuffle_epi32(x.v, _MM_SHUFFLE(0, 1, 2, 3))};
-    if constexpr (laneBytes == 1) {
-#if defined(__SSSE3__)
-        return {detail::shuffleBytes(x.v, [](int i) { return 15 - i; })};
-#else
+template <int laneBytes, int N>
+requires(N >= 16) inline Block<N> reverseLanes(Block<N> x) {
+    if constexpr (laneBytes == 8) {
+        return blockOf(reverse(lanesOf<double>(x)));
+    } else if constexpr (laneBytes == 4) {
+        return blockOf(reverse(lanesOf<float>(x)));
+    } else if constexpr (!kHasSsse3) {
+        // Compilers spell this out byte by byte.
         return reverseLanes<8>(swapBytes<8>(x));
-#endif
+    } else if constexpr (N == 32) {
+        return reverseLanes<8>(swapBytes<8>(x));
+    } else {
+        return blockOf(reverse(lanesOf<std::uint8_t>(x)));
     }
 }
-
-#if defined(__AVX__)
-template <int laneBytes>
-requires(laneBytes >= 4) inline Block<32> reverseLanes(Block<32> x) {
-    const __m256 halvesSwapped = _mm256_permute2f128_ps(x.v, x.v, 1);
-    if constexpr (laneBytes == 8)
-        return {_mm256_permute_ps(halvesSwapped, _MM_SHUFFLE(1, 0, 3, 2))};
-    return {_mm256_permute_ps(halvesSwapped, _MM_SHUFFLE(0, 1, 2, 3))};
-}
-#endif
 
 }  // namespace zep::ZEP_VARIANT::simd

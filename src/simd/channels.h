@@ -8,51 +8,38 @@
 
 namespace zep::ZEP_VARIANT::simd {
 
-// Lanes of a and b in turn, from the lower and from the upper half; with 32 bytes, of each 16-byte
-// half by itself.
-template <int laneBytes>
-inline Block<16> interleaveLow(Block<16> a, Block<16> b) {
-    static_assert(laneBytes == 2 || laneBytes == 4);
-    return {laneBytes == 2 ? _mm_unpacklo_epi16(a.v, b.v) : _mm_unpacklo_epi32(a.v, b.v)};
-}
-template <int laneBytes>
-inline Block<16> interleaveHigh(Block<16> a, Block<16> b) {
-    static_assert(laneBytes == 2 || laneBytes == 4);
-    return {laneBytes == 2 ? _mm_unpackhi_epi16(a.v, b.v) : _mm_unpackhi_epi32(a.v, b.v)};
-}
+namespace detail {
 
-#if defined(__AVX__)
+// Lanes of the floating kind have shuffles wherever they have registers.
 template <int laneBytes>
-requires(laneBytes == 4) inline Block<32> interleaveLow(Block<32> a, Block<32> b) {
-    return {_mm256_unpacklo_ps(a.v, b.v)};
+using ShuffledLane = std::conditional_t<laneBytes == 4, float,
+                                        std::conditional_t<laneBytes == 2, std::uint16_t, double>>;
+
+}  // namespace detail
+
+// Lanes of a and b in turn, from the lower and from the upper half of each 16 bytes.
+template <int laneBytes, int N>
+inline Block<N> interleaveLow(Block<N> a, Block<N> b) {
+    using T = detail::ShuffledLane<laneBytes>;
+    return blockOf(zipLow(lanesOf<T>(a), lanesOf<T>(b)));
 }
-template <int laneBytes>
-requires(laneBytes == 4) inline Block<32> interleaveHigh(Block<32> a, Block<32> b) {
-    return {_mm256_unpackhi_ps(a.v, b.v)};
+template <int laneBytes, int N>
+inline Block<N> interleaveHigh(Block<N> a, Block<N> b) {
+    using T = detail::ShuffledLane<laneBytes>;
+    return blockOf(zipHigh(lanesOf<T>(a), lanesOf<T>(b)));
 }
-#endif
 
 // The same of whole registers.
-template <int laneBytes>
-inline Block<16> interleaveFront(Block<16> a, Block<16> b) {
-    return interleaveLow<laneBytes>(a, b);
+template <int laneBytes, int N>
+inline Block<N> interleaveFront(Block<N> a, Block<N> b) {
+    using T = detail::ShuffledLane<laneBytes>;
+    return blockOf(interleaveFront(lanesOf<T>(a), lanesOf<T>(b)));
 }
-template <int laneBytes>
-inline Block<16> interleaveBack(Block<16> a, Block<16> b) {
-    return interleaveHigh<laneBytes>(a, b);
+template <int laneBytes, int N>
+inline Block<N> interleaveBack(Block<N> a, Block<N> b) {
+    using T = detail::ShuffledLane<laneBytes>;
+    return blockOf(interleaveBack(lanesOf<T>(a), lanesOf<T>(b)));
 }
-#if defined(__AVX__)
-template <int laneBytes>
-inline Block<32> interleaveFront(Block<32> a, Block<32> b) {
-    const auto low = interleaveLow<laneBytes>(a, b), high = interleaveHigh<laneBytes>(a, b);
-    return {_mm256_insertf128_ps(low.v, _mm256_castps256_ps128(high.v), 1)};
-}
-template <int laneBytes>
-inline Block<32> interleaveBack(Block<32> a, Block<32> b) {
-    const auto low = interleaveLow<laneBytes>(a, b), high = interleaveHigh<laneBytes>(a, b);
-    return {_mm256_permute2f128_ps(low.v, high.v, 0x31)};
-}
-#endif
 
 // C registers, by name: compilers keep arrays of them in memory. load(k) gives register k, each(f)
 // calls f(k, register) in order, deal() puts the two halves of the pack together as a perfect
@@ -115,13 +102,14 @@ inline void storeParts(Block<16> x, void* p, std::ptrdiff_t stride) {
     if constexpr (partBytes == 16) {
         x.store(to);
     } else if constexpr (partBytes == 8) {
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(to), x.v);
-        _mm_storeh_pi(reinterpret_cast<__m64*>(to + stride), _mm_castsi128_ps(x.v));
+        writeAny(reinterpret_cast<std::uint64_t*>(to), std::uint64_t{x.v[0]});
+        writeAny(reinterpret_cast<std::uint64_t*>(to + stride), std::uint64_t{x.v[1]});
     } else {
         static_assert(partBytes == 4);
         for (int i = 0; i < 4; ++i) {
-            Block<4>{static_cast<std::uint32_t>(_mm_cvtsi128_si32(x.v))}.store(to + i * stride);
-            x.v = _mm_srli_si128(x.v, 4);
+            Block<4>{static_cast<std::uint32_t>(_mm_cvtsi128_si32(asInts(x.v)))}.store(to +
+                                                                                       i * stride);
+            x.v = bitsAs<Block<16>::R>(_mm_srli_si128(asInts(x.v), 4));
         }
     }
 }

@@ -1,43 +1,31 @@
-// Vector types of the build level. Vec<T, N> is N lanes of T; only the shapes that the level has
-// exist. Native<T> is the widest one, and kernels are written for any number of its lanes.
+// Vector types of the build level. Vec<T, N> is N lanes of T, for all ten element types; a kernel
+// uses Native<T>, the widest of the level, and works for any number of its lanes.
 //
 // load and store take any address; loadAligned, storeAligned and storeStream are for loops that
 // have established alignment to the whole vector. loadPartial and storePartial touch exactly n
 // elements. A comparison gives a Mask<T, N>, which need not be a vector register: use any, all,
 // bits, select and keepIf on it. This folder is the only shared place with intrinsics and
 // instruction-set tests.
+//
+// Only vectors up to the level's width exist: the compilers would build wider ones from scalar
+// code.
 #pragma once
 
-#include "simd/scalar.h"
-#include "simd/vec_double.h"
+#include "simd/convert.h"
+#include "simd/partial.h"
+#include "simd/reduce.h"
 #include "simd/vec_float.h"
 #include "simd/vec_int.h"
-#if defined(__AVX__)
-#include "simd/vec_double_avx.h"
-#include "simd/vec_float_avx.h"
-#endif
 
 namespace zep::ZEP_VARIANT::simd {
 
-// AVX widens floating lanes only; integers stay at 16 bytes until AVX2.
-#if defined(__AVX__)
-inline constexpr int kFloatBytes = 32;
-#else
-inline constexpr int kFloatBytes = 16;
-#endif
-inline constexpr int kIntBytes = 16;
-
 template <class T>
-inline constexpr int kVectorBytes = kIntBytes;
-template <>
-inline constexpr int kVectorBytes<float> = kFloatBytes;
-template <>
-inline constexpr int kVectorBytes<double> = kFloatBytes;
+inline constexpr int kVectorBytes = std::floating_point<T> ? kFloatBytes : kIntBytes;
 
 template <class T>
 using Native = Vec<T, kVectorBytes<T> / int{sizeof(T)}>;
 
-// The narrowest vector: what stands below it is scalar.
+// The narrowest vector: what stands below it is partial access.
 template <class T>
 using Narrow = Vec<T, 16 / int{sizeof(T)}>;
 

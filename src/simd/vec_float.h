@@ -1,140 +1,294 @@
-// 16-byte vector of single-precision lanes.
+// Operations of floating lanes that have an instruction of their own.
 #pragma once
 
-#include <emmintrin.h>
-#if defined(__SSE3__)
-#include <pmmintrin.h>
-#endif
-#if defined(__SSE4_1__)
-#include <smmintrin.h>
-#endif
-
-#include "simd/vec_derived.h"
-#include "simd/vec_fwd.h"
+#include "simd/compare.h"
+#include "simd/shuffle.h"
 
 namespace zep::ZEP_VARIANT::simd {
 
-template <>
-struct Mask<float, 4> {
-    __m128 m;
+namespace detail {
 
-    // The lanes before lane n, 0 <= n <= 4.
-    static Mask first(int n) {
-        const __m128i lane = _mm_setr_epi32(0, 1, 2, 3);
-        return {_mm_castsi128_ps(_mm_cmpgt_epi32(_mm_set1_epi32(n), lane))};
+// Between a vector and what the intrinsics of its width take and return.
+template <class V>
+[[gnu::always_inline]] inline typename V::R in(V a) {
+    return a.v;
+}
+template <class V>
+[[gnu::always_inline]] inline V out(typename V::R x) {
+    return {x};
+}
+
+template <class V>
+inline constexpr bool isFloat = std::is_same_v<typename V::Scalar, float>;
+
+}  // namespace detail
+
+template <FloatVec V>
+[[gnu::always_inline]] inline V sqrt(V a) {
+    using namespace detail;
+    if constexpr (isFloat<V>) {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_sqrt_ps(in(a)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_sqrt_ps(in(a)));
+        else
+            return out<V>(_mm512_sqrt_ps(in(a)));
+    } else {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_sqrt_pd(in(a)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_sqrt_pd(in(a)));
+        else
+            return out<V>(_mm512_sqrt_pd(in(a)));
     }
-    friend Mask operator&(Mask a, Mask b) { return {_mm_and_ps(a.m, b.m)}; }
-    friend Mask operator|(Mask a, Mask b) { return {_mm_or_ps(a.m, b.m)}; }
-    friend Mask operator!(Mask a) {
-        return {_mm_xor_ps(a.m, _mm_castsi128_ps(_mm_set1_epi32(-1)))};
+}
+
+// The second operand where either is NaN or both are zero.
+template <FloatVec V>
+[[gnu::always_inline]] inline V min(V a, V b) {
+    using namespace detail;
+    if constexpr (isFloat<V>) {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_min_ps(in(a), in(b)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_min_ps(in(a), in(b)));
+        else
+            return out<V>(_mm512_min_ps(in(a), in(b)));
+    } else {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_min_pd(in(a), in(b)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_min_pd(in(a), in(b)));
+        else
+            return out<V>(_mm512_min_pd(in(a), in(b)));
     }
-    // Bit n is lane n.
-    friend unsigned bits(Mask a) { return static_cast<unsigned>(_mm_movemask_ps(a.m)); }
-};
-
-template <>
-struct Vec<float, 4> {
-    static constexpr int lanes = 4;
-    using Scalar = float;
-    using M = Mask<float, 4>;
-    __m128 v;
-
-    static Vec load(const float* p) { return {_mm_loadu_ps(p)}; }
-    static Vec loadAligned(const float* p) { return {_mm_load_ps(p)}; }
-    static Vec broadcast(float x) { return {_mm_set1_ps(x)}; }
-    static Vec broadcastPair(float even, float odd) { return {_mm_setr_ps(even, odd, even, odd)}; }
-    static Vec zero() { return {_mm_setzero_ps()}; }
-    void store(float* p) const { _mm_storeu_ps(p, v); }
-    void storeAligned(float* p) const { _mm_store_ps(p, v); }
-    void storeStream(float* p) const { _mm_stream_ps(p, v); }
-
-    // Two elements; the upper lanes become 0.
-    static Vec loadPair(const float* p) {
-        return {_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(p)))};
+}
+template <FloatVec V>
+[[gnu::always_inline]] inline V max(V a, V b) {
+    using namespace detail;
+    if constexpr (isFloat<V>) {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_max_ps(in(a), in(b)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_max_ps(in(a), in(b)));
+        else
+            return out<V>(_mm512_max_ps(in(a), in(b)));
+    } else {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_max_pd(in(a), in(b)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_max_pd(in(a), in(b)));
+        else
+            return out<V>(_mm512_max_pd(in(a), in(b)));
     }
-    void storePair(float* p) const { _mm_storel_pi(reinterpret_cast<__m64*>(p), v); }
+}
 
-    // n elements, 0 <= n <= lanes; the lanes behind them become 0, or fill.
-    static Vec loadPartial(const float* p, int n) {
-        switch (n) {
-            case 0:
-                return zero();
-            case 1:
-                return {_mm_set_ss(readAny(p))};
-            case 2:
-                return loadPair(p);
-            case 3:
-                return {_mm_movelh_ps(loadPair(p).v, _mm_set_ss(readAny(p + 2)))};
-            default:
-                return load(p);
+// Relative error at most 1.5 * 2^-12; a denormal counts as zero. The same bits at every width: a
+// 64-byte vector goes in two halves, since its own instruction estimates otherwise.
+template <FloatVec V>
+requires detail::isFloat<V>
+[[gnu::always_inline]] inline V reciprocalEstimate(V a) {
+    using namespace detail;
+    if constexpr (V::bytes == 16)
+        return out<V>(_mm_rcp_ps(in(a)));
+    else if constexpr (V::bytes == 32)
+        return out<V>(_mm256_rcp_ps(in(a)));
+    else
+        return join(reciprocalEstimate(low(a)), reciprocalEstimate(high(a)));
+}
+template <FloatVec V>
+requires detail::isFloat<V>
+[[gnu::always_inline]] inline V rsqrtEstimate(V a) {
+    using namespace detail;
+    if constexpr (V::bytes == 16)
+        return out<V>(_mm_rsqrt_ps(in(a)));
+    else if constexpr (V::bytes == 32)
+        return out<V>(_mm256_rsqrt_ps(in(a)));
+    else
+        return join(rsqrtEstimate(low(a)), rsqrtEstimate(high(a)));
+}
+
+// a * b + c, rounded once where the level can, else twice: for sums whose order of operations is
+// free.
+template <FloatVec V>
+[[gnu::always_inline]] inline V mulAdd(V a, V b, V c) {
+    using namespace detail;
+    if constexpr (!kHasAvx2) {
+        return a * b + c;
+    } else if constexpr (isFloat<V>) {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_fmadd_ps(in(a), in(b), in(c)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_fmadd_ps(in(a), in(b), in(c)));
+        else
+            return out<V>(_mm512_fmadd_ps(in(a), in(b), in(c)));
+    } else {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_fmadd_pd(in(a), in(b), in(c)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_fmadd_pd(in(a), in(b), in(c)));
+        else
+            return out<V>(_mm512_fmadd_pd(in(a), in(b), in(c)));
+    }
+}
+// c - a * b
+template <FloatVec V>
+[[gnu::always_inline]] inline V negMulAdd(V a, V b, V c) {
+    using namespace detail;
+    if constexpr (!kHasAvx2) {
+        return c - a * b;
+    } else if constexpr (isFloat<V>) {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_fnmadd_ps(in(a), in(b), in(c)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_fnmadd_ps(in(a), in(b), in(c)));
+        else
+            return out<V>(_mm512_fnmadd_ps(in(a), in(b), in(c)));
+    } else {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_fnmadd_pd(in(a), in(b), in(c)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_fnmadd_pd(in(a), in(b), in(c)));
+        else
+            return out<V>(_mm512_fnmadd_pd(in(a), in(b), in(c)));
+    }
+}
+// a * b - c
+template <FloatVec V>
+[[gnu::always_inline]] inline V mulSub(V a, V b, V c) {
+    using namespace detail;
+    if constexpr (!kHasAvx2) {
+        return a * b - c;
+    } else if constexpr (isFloat<V>) {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_fmsub_ps(in(a), in(b), in(c)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_fmsub_ps(in(a), in(b), in(c)));
+        else
+            return out<V>(_mm512_fmsub_ps(in(a), in(b), in(c)));
+    } else {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_fmsub_pd(in(a), in(b), in(c)));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_fmsub_pd(in(a), in(b), in(c)));
+        else
+            return out<V>(_mm512_fmsub_pd(in(a), in(b), in(c)));
+    }
+}
+
+// a - b in even lanes, a + b in odd ones.
+template <FloatVec V>
+[[gnu::always_inline]] inline V subAdd(V a, V b) {
+    using namespace detail;
+    using T = typename V::Scalar;
+    if constexpr (V::bytes == 64) {
+        // There is no such instruction; a product with 1 is exact.
+        const auto one = in(V::broadcast(T{1}));
+        if constexpr (isFloat<V>)
+            return out<V>(_mm512_fmaddsub_ps(in(a), one, in(b)));
+        else
+            return out<V>(_mm512_fmaddsub_pd(in(a), one, in(b)));
+    } else if constexpr (V::bytes == 32) {
+        if constexpr (isFloat<V>)
+            return out<V>(_mm256_addsub_ps(in(a), in(b)));
+        else
+            return out<V>(_mm256_addsub_pd(in(a), in(b)));
+    } else if constexpr (kHasSsse3) {
+        if constexpr (isFloat<V>)
+            return out<V>(_mm_addsub_ps(in(a), in(b)));
+        else
+            return out<V>(_mm_addsub_pd(in(a), in(b)));
+    } else {
+        return a + (b ^ V::broadcastPair(T(-0.0), T(0.0)));
+    }
+}
+
+enum class Rounding { NearestEven, Down, Up, TowardZero, Current };
+
+namespace detail {
+
+template <Rounding r>
+inline constexpr int kRoundingControl = (r == Rounding::NearestEven  ? _MM_FROUND_TO_NEAREST_INT
+                                         : r == Rounding::Down       ? _MM_FROUND_TO_NEG_INF
+                                         : r == Rounding::Up         ? _MM_FROUND_TO_POS_INF
+                                         : r == Rounding::TowardZero ? _MM_FROUND_TO_ZERO
+                                                                     : _MM_FROUND_CUR_DIRECTION) |
+                                        _MM_FROUND_NO_EXC;
+
+// Below SSE4.1. From this magnitude on every number is whole, and the sum with it rounds a smaller
+// one to a whole number by the current mode.
+template <class T>
+inline constexpr T kWholeFrom = sizeof(T) == 4 ? T(0x1p23) : T(0x1p52);
+
+template <Rounding r, FloatVec V>
+[[gnu::always_inline]] inline V roundBySums(V a) {
+    using T = typename V::Scalar;
+    const V large = V::broadcast(kWholeFrom<T>), one = V::broadcast(T{1});
+    const V sign = a & signBits<V>();
+    const V magnitude = abs(a);
+    V whole;
+    if constexpr (r == Rounding::Current) {
+        // With its sign, which the mode may depend on.
+        const V signedLarge = large | sign;
+        whole = abs((a + signedLarge) - signedLarge);
+    } else {
+        whole = (magnitude + large) - large;             // at most one away, whatever the mode
+        whole = whole - keepIf(magnitude < whole, one);  // toward zero
+        if constexpr (r == Rounding::Down)
+            whole = whole + keepIf((whole < magnitude) & (a < V::zero()), one);
+        if constexpr (r == Rounding::Up)
+            whole = whole + keepIf((whole < magnitude) & (V::zero() < a), one);
+        if constexpr (r == Rounding::NearestEven) {
+            const V rest = magnitude - whole, half = V::broadcast(T(0.5));
+            const V halved = whole * half;
+            V wholeHalf = (halved + large) - large;
+            const auto odd = wholeHalf != halved;
+            whole = whole + keepIf((half < rest) | ((rest == half) & odd), one);
         }
     }
-    static Vec loadPartial(const float* p, int n, float fill) {
-        return select(M::first(n), loadPartial(p, n), broadcast(fill));
+    // NaN and what is whole already stay.
+    return select(magnitude < large, whole | sign, a);
+}
+
+}  // namespace detail
+
+// To a whole number, in the format.
+template <Rounding r, FloatVec V>
+[[gnu::always_inline]] inline V roundTo(V a) {
+    using namespace detail;
+    if constexpr (!kHasSse41) {
+        return roundBySums<r>(a);
+    } else if constexpr (isFloat<V>) {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_round_ps(in(a), kRoundingControl<r>));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_round_ps(in(a), kRoundingControl<r>));
+        else
+            return out<V>(_mm512_roundscale_ps(in(a), kRoundingControl<r>));
+    } else {
+        if constexpr (V::bytes == 16)
+            return out<V>(_mm_round_pd(in(a), kRoundingControl<r>));
+        else if constexpr (V::bytes == 32)
+            return out<V>(_mm256_round_pd(in(a), kRoundingControl<r>));
+        else
+            return out<V>(_mm512_roundscale_pd(in(a), kRoundingControl<r>));
     }
-    void storePartial(float* p, int n) const {
-        if (n >= 4) return store(p);
-        __m128 rest = v;
-        if (n & 2) {
-            storePair(p);
-            rest = _mm_movehl_ps(v, v);
-        }
-        if (n & 1) writeAny(p + (n & 2), _mm_cvtss_f32(rest));
-    }
-
-    friend Vec operator+(Vec a, Vec b) { return {_mm_add_ps(a.v, b.v)}; }
-    friend Vec operator-(Vec a, Vec b) { return {_mm_sub_ps(a.v, b.v)}; }
-    friend Vec operator*(Vec a, Vec b) { return {_mm_mul_ps(a.v, b.v)}; }
-    friend Vec operator/(Vec a, Vec b) { return {_mm_div_ps(a.v, b.v)}; }
-    friend Vec operator&(Vec a, Vec b) { return {_mm_and_ps(a.v, b.v)}; }
-    friend Vec operator|(Vec a, Vec b) { return {_mm_or_ps(a.v, b.v)}; }
-    friend Vec operator^(Vec a, Vec b) { return {_mm_xor_ps(a.v, b.v)}; }
-    // a with the bits of b cleared.
-    friend Vec clearBits(Vec a, Vec b) { return {_mm_andnot_ps(b.v, a.v)}; }
-
-    friend M operator==(Vec a, Vec b) { return {_mm_cmpeq_ps(a.v, b.v)}; }
-    friend M operator!=(Vec a, Vec b) { return {_mm_cmpneq_ps(a.v, b.v)}; }
-    friend M operator<(Vec a, Vec b) { return {_mm_cmplt_ps(a.v, b.v)}; }
-    friend M operator<=(Vec a, Vec b) { return {_mm_cmple_ps(a.v, b.v)}; }
-    friend M isNan(Vec a) { return {_mm_cmpunord_ps(a.v, a.v)}; }
-    // NaN in a or in b.
-    friend M eitherNan(Vec a, Vec b) { return {_mm_cmpunord_ps(a.v, b.v)}; }
-
-    friend Vec keepIf(M m, Vec a) { return {_mm_and_ps(m.m, a.v)}; }
-    friend Vec select(M m, Vec a, Vec b) {
-#if defined(__SSE4_1__)
-        return {_mm_blendv_ps(b.v, a.v, m.m)};
-#else
-        return {_mm_or_ps(_mm_and_ps(m.m, a.v), _mm_andnot_ps(m.m, b.v))};
-#endif
-    }
-
-    friend Vec sqrt(Vec a) { return {_mm_sqrt_ps(a.v)}; }
-    // The second operand where either is NaN or both are zero.
-    friend Vec min(Vec a, Vec b) { return {_mm_min_ps(a.v, b.v)}; }
-    friend Vec max(Vec a, Vec b) { return {_mm_max_ps(a.v, b.v)}; }
-    // Relative error at most 1.5 * 2^-12; a denormal counts as zero.
-    friend Vec reciprocalEstimate(Vec a) { return {_mm_rcp_ps(a.v)}; }
-    friend Vec rsqrtEstimate(Vec a) { return {_mm_rsqrt_ps(a.v)}; }
-
-    // Interleaved pairs (e, o): (e, e), (o, o), (o, e); and a - b in even lanes, a + b in odd ones.
-    friend Vec dupEven(Vec a) { return {_mm_shuffle_ps(a.v, a.v, _MM_SHUFFLE(2, 2, 0, 0))}; }
-    friend Vec dupOdd(Vec a) { return {_mm_shuffle_ps(a.v, a.v, _MM_SHUFFLE(3, 3, 1, 1))}; }
-    friend Vec swapPairs(Vec a) { return {_mm_shuffle_ps(a.v, a.v, _MM_SHUFFLE(2, 3, 0, 1))}; }
-    friend Vec subAdd(Vec a, Vec b) {
-#if defined(__SSE3__)
-        return {_mm_addsub_ps(a.v, b.v)};
-#else
-        return a + (b ^ broadcastPair(-0.0f, 0.0f));
-#endif
-    }
-
-    // The even and the odd elements of a followed by b, and their inverse: a = lower half, b =
-    // upper half.
-    friend Vec evens(Vec a, Vec b) { return {_mm_shuffle_ps(a.v, b.v, _MM_SHUFFLE(2, 0, 2, 0))}; }
-    friend Vec odds(Vec a, Vec b) { return {_mm_shuffle_ps(a.v, b.v, _MM_SHUFFLE(3, 1, 3, 1))}; }
-    friend Vec zipLow(Vec even, Vec odd) { return {_mm_unpacklo_ps(even.v, odd.v)}; }
-    friend Vec zipHigh(Vec even, Vec odd) { return {_mm_unpackhi_ps(even.v, odd.v)}; }
-};
+}
+template <FloatVec V>
+[[gnu::always_inline]] inline V roundEven(V a) {
+    return roundTo<Rounding::NearestEven>(a);
+}
+template <FloatVec V>
+[[gnu::always_inline]] inline V floor(V a) {
+    return roundTo<Rounding::Down>(a);
+}
+template <FloatVec V>
+[[gnu::always_inline]] inline V ceil(V a) {
+    return roundTo<Rounding::Up>(a);
+}
+template <FloatVec V>
+[[gnu::always_inline]] inline V truncate(V a) {
+    return roundTo<Rounding::TowardZero>(a);
+}
 
 }  // namespace zep::ZEP_VARIANT::simd

@@ -5,15 +5,15 @@
 
 namespace zep::ZEP_VARIANT::simd {
 
-template <>
-struct Vec<float, 1> {
+template <std::floating_point T>
+struct Vec<T, 1> {
     static constexpr int lanes = 1;
-    using Scalar = float;
-    float v;
+    using Scalar = T;
+    T v;
 
-    static Vec load(const float* p) { return {*p}; }
-    static Vec broadcast(float x) { return {x}; }
-    void store(float* p) const { *p = v; }
+    static Vec load(const T* p) { return {readAny(p)}; }
+    static Vec broadcast(T x) { return {x}; }
+    void store(T* p) const { writeAny(p, v); }
 
     friend Vec operator+(Vec a, Vec b) { return {a.v + b.v}; }
     friend Vec operator-(Vec a, Vec b) { return {a.v - b.v}; }

@@ -21,7 +21,7 @@
 
 namespace zep::ZEP_VARIANT {
 
-using Real = simd::Native<float>;
+using Real = simd::Vec<float, simd::kFloatBytes >= 32 ? 8 : 4>;
 using Cplx = simd::SplitComplex<Real>;
 using Shuffle = simd::ComplexShuffle<Real>;
 

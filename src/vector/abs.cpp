@@ -5,7 +5,6 @@
 namespace zep::ZEP_VARIANT {
 namespace {
 
-using simd::abs;
 constexpr auto absolute = [](auto x) { return abs(x); };
 
 }  // namespace

@@ -54,20 +54,38 @@ inline void mapEight(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
     g.store(dst + last + 2 * n), h.store(dst + last + 3 * n);
 }
 
+// The one ladder of short lengths: two.operator()<W>() with the widest W up to B that bytes fills
+// and two of which cover it, or four.operator()<B>() above that; 1 <= bytes <= 4 * B::bytes.
+template <class B, class Two>
+[[gnu::always_inline]] inline void widestBlock(std::size_t bytes, Two two) {
+    if constexpr (B::bytes > 16)
+        if (bytes <= B::bytes) return widestBlock<simd::HalfBlock<B>>(bytes, two);
+    two.template operator()<B>();
+}
+template <class B, class Two, class Four>
+[[gnu::always_inline]] inline void byLadder(std::size_t bytes, Two two, Four four) {
+    if (bytes >= 16) {
+        if (bytes <= 2 * B::bytes) return widestBlock<B>(bytes, two);
+        return four.template operator()<B>();
+    }
+    if (bytes >= 8) return two.template operator()<simd::Block<8>>();
+    if (bytes >= 4) return two.template operator()<simd::Block<4>>();
+    if (bytes >= 2) return two.template operator()<simd::Block<2>>();
+    two.template operator()<simd::Block<1>>();
+}
+
 // 1 <= bytes <= 4 * B::bytes.
 template <class B = simd::WideBlock, class Op, class... Src>
 [[gnu::always_inline]] inline void mapSmall(Op op, std::uint8_t* dst, std::size_t bytes,
                                             Src... src) {
-    if (bytes >= 16) {
-        if (bytes <= 32) return mapTwo<simd::Block<16>>(op, dst, bytes, src...);
-        if constexpr (B::bytes >= 32)
-            if (bytes <= 2 * B::bytes) return mapTwo<B>(op, dst, bytes, src...);
-        return mapFour<B>(op, dst, bytes, src...);
-    }
-    if (bytes >= 8) return mapTwo<simd::Block<8>>(op, dst, bytes, src...);
-    if (bytes >= 4) return mapTwo<simd::Block<4>>(op, dst, bytes, src...);
-    if (bytes >= 2) return mapTwo<simd::Block<2>>(op, dst, bytes, src...);
-    op(simd::Block<1>::load(src)...).store(dst);
+    if constexpr (simd::kMaskedMemory)
+        if (bytes <= B::bytes) {
+            const auto n = static_cast<int>(bytes);
+            return op(B::loadPartial(src, n)...).storePartial(dst, n);
+        }
+    byLadder<B>(
+        bytes, [=]<class W> { mapTwo<W>(op, dst, bytes, src...); },
+        [=]<class W> { mapFour<W>(op, dst, bytes, src...); });
 }
 
 inline constexpr std::size_t kLine = 64;

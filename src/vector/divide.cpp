@@ -5,6 +5,7 @@
 // step of second order: with q = x * r and e = 1 - d * r, x / d = q / (1 - e) = q + e * (q + e * q)
 // + O(e^3), relative error a few 2^-24. A block with a zero divisor is computed exactly, lane by
 // lane, so that infinities and NaN come out by rule.
+#include <algorithm>
 #include <limits>
 
 #include "core/checks.h"
@@ -16,11 +17,16 @@ namespace zep::ZEP_VARIANT {
 namespace {
 
 using V = simd::Native<Zep32f>;
-using M = V::M;
-
 constexpr int kLanes = V::lanes;
-constexpr int kBlock = kLanes > 8 ? kLanes : 8;
-constexpr int kVectors = kBlock / kLanes;
+
+constexpr int kBlock = 8;
+// The widest vector within a block.
+using BlockVector = simd::Vec<Zep32f, std::min(kLanes, kBlock)>;
+constexpr int kBlockVectors = kBlock / BlockVector::lanes;
+
+// What the loop takes at a time: whole blocks, in pairs of vectors.
+constexpr int kStep = 2 * std::max(kLanes, kBlock);
+constexpr int kStepVectors = kStep / kLanes;
 
 template <class W>
 inline W refinedQuotient(W x, W d) {
@@ -31,54 +37,55 @@ inline W refinedQuotient(W x, W d) {
 }
 
 // The sign of a zero divisor does not count: the dividend's sign decides between the infinities.
-inline V exactQuotient(V x, V d) {
-    const V zero = V::zero();
-    const V inf = V::broadcast(std::numeric_limits<float>::infinity());
-    const V nan = V::broadcast(std::numeric_limits<float>::quiet_NaN());
-    const M noQuotient = (d == zero) | isNan(d);
-    const V replacement = select(isNan(d), nan, select(x > zero, inf, select(x < zero, -inf, nan)));
-    return select(noQuotient, replacement, x / select(noQuotient, V::broadcast(1.0f), d));
+template <class W>
+inline W exactQuotient(W x, W d) {
+    const W zero = W::zero();
+    const W inf = W::broadcast(std::numeric_limits<float>::infinity());
+    const W nan = W::broadcast(std::numeric_limits<float>::quiet_NaN());
+    const auto noQuotient = (d == zero) | isNan(d);
+    const W replacement = select(isNan(d), nan, select(x > zero, inf, select(x < zero, -inf, nan)));
+    return select(noQuotient, replacement, x / select(noQuotient, W::broadcast(1.0f), d));
 }
 
 // dst = x / d over up to kBlock elements; true when a divisor is zero.
 [[gnu::noinline]] bool divideBlock(const Zep32f* d, const Zep32f* x, Zep32f* dst, int len) {
+    using W = BlockVector;
     const auto elementsOf = [len](int k) {
-        const int rest = len - k * kLanes;
-        return rest < 0 ? 0 : rest < kLanes ? rest : kLanes;
+        const int rest = len - k * W::lanes;
+        return rest < 0 ? 0 : rest < W::lanes ? rest : W::lanes;
     };
-    V dv[kVectors], xv[kVectors];
-    M zero = M::first(0);
-    simd::unroll<kVectors>([&](auto k) {
-        dv[k] = V::loadPartial(d + k * kLanes, elementsOf(k), 1.0f);
-        xv[k] = V::loadPartial(x + k * kLanes, elementsOf(k));
-        zero = zero | (dv[k] == V::zero());
+    W dv[kBlockVectors], xv[kBlockVectors];
+    auto zero = W::M::none();
+    simd::unroll<kBlockVectors>([&](auto k) {
+        dv[k] = W::loadPartial(d + k * W::lanes, elementsOf(k), 1.0f);
+        xv[k] = W::loadPartial(x + k * W::lanes, elementsOf(k));
+        zero = zero | (dv[k] == W::zero());
     });
     const bool zeroSeen = any(zero);
-    simd::unroll<kVectors>([&](auto k) {
-        const V q = zeroSeen ? exactQuotient(xv[k], dv[k]) : refinedQuotient(xv[k], dv[k]);
-        q.storePartial(dst + k * kLanes, elementsOf(k));
+    simd::unroll<kBlockVectors>([&](auto k) {
+        const W q = zeroSeen ? exactQuotient(xv[k], dv[k]) : refinedQuotient(xv[k], dv[k]);
+        q.storePartial(dst + k * W::lanes, elementsOf(k));
     });
     return zeroSeen;
 }
 
-// As many whole steps of two blocks as have no NaN among their results, and so no zero among their
+// As many whole steps as have no NaN among their results, and so no zero among their
 // divisors: the estimated quotient by zero is NaN. One compare serves two vectors. Returns the
 // elements done.
 [[gnu::always_inline]] inline std::ptrdiff_t divideOrdinary(const Zep32f* d, const Zep32f* x,
                                                             Zep32f* dst, std::ptrdiff_t len) {
-    constexpr int kStep = 2 * kBlock;
     std::ptrdiff_t n = 0;
     for (; n + kStep <= len; n += kStep) {
-        V q[kStep / kLanes];
-        M nan = M::first(0);
-        simd::unroll<kStep / kLanes>([&](auto k) {
+        V q[kStepVectors];
+        auto nan = V::M::none();
+        simd::unroll<kStepVectors>([&](auto k) {
             const std::ptrdiff_t at = n + k * kLanes;
             q[k] = refinedQuotient(V::load(x + at), V::load(d + at));
             if constexpr (k % 2 == 1) nan = nan | eitherNan(q[k - 1], q[k]);
         });
         if (any(nan)) [[unlikely]]
             break;
-        simd::unroll<kStep / kLanes>([&](auto k) { q[k].store(dst + n + k * kLanes); });
+        simd::unroll<kStepVectors>([&](auto k) { q[k].store(dst + n + k * kLanes); });
     }
     return n;
 }
@@ -101,7 +108,7 @@ template <class W, int kCount>
                                                   std::ptrdiff_t len) {
     const std::ptrdiff_t last = len - kCount * W::lanes;
     W first[kCount], end[kCount];
-    typename W::M nan = W::M::first(0);
+    auto nan = W::M::none();
     simd::unroll<kCount>([&](auto k) {
         const std::ptrdiff_t n = k * W::lanes;
         first[k] = refinedQuotient(W::load(x + n), W::load(d + n));
@@ -117,18 +124,23 @@ template <class W, int kCount>
     return true;
 }
 
-// Less than two blocks.
+// Less than one step, in vectors of W or narrower ones.
+template <class W = V>
 [[gnu::always_inline]] inline bool divideShort(const Zep32f* d, const Zep32f* x, Zep32f* dst,
                                                std::ptrdiff_t len) {
-    using W = simd::Narrow<Zep32f>;
-    if (len >= kBlock) return divideBothEnds<V, kVectors>(d, x, dst, len);
+    if constexpr (kStepVectors / 2 > 1)
+        if (len >= kBlock) return divideBothEnds<W, kStepVectors / 2>(d, x, dst, len);
     if (len >= W::lanes) return divideBothEnds<W, 1>(d, x, dst, len);
-    const auto count = static_cast<int>(len);
-    const W q = refinedQuotient(W::loadPartial(x, count), W::loadPartial(d, count, 1.0f));
-    if (any(isNan(q))) [[unlikely]]
-        return false;
-    q.storePartial(dst, count);
-    return true;
+    if constexpr (!simd::kMaskedMemory && !simd::isNarrow<W>) {
+        return divideShort<simd::Half<W>>(d, x, dst, len);
+    } else {
+        const auto count = static_cast<int>(len);
+        const W q = refinedQuotient(W::loadPartial(x, count), W::loadPartial(d, count, 1.0f));
+        if (any(isNan(q))) [[unlikely]]
+            return false;
+        q.storePartial(dst, count);
+        return true;
+    }
 }
 
 [[gnu::always_inline]] inline ZepStatus divide(const Zep32f* d, const Zep32f* x, Zep32f* dst,
@@ -136,7 +148,7 @@ template <class W, int kCount>
     const std::ptrdiff_t n = divideOrdinary(d, x, dst, len);
     const std::ptrdiff_t rest = len - n;
     if (rest == 0) return zepStsNoErr;
-    if (rest < 2 * kBlock && divideShort(d + n, x + n, dst + n, rest)) return zepStsNoErr;
+    if (rest < kStep && divideShort(d + n, x + n, dst + n, rest)) return zepStsNoErr;
     return divideRest(d + n, x + n, dst + n, rest);
 }
 

@@ -17,7 +17,7 @@ inline V refinedReciprocal(V m) {
 }
 
 ZepStatus divide(const Zep32fc* d, const Zep32fc* x, Zep32fc* dst, int len) {
-    V::M zeroSeen = V::M::first(0);
+    auto zeroSeen = V::M::none();
     const auto quotient = [&zeroSeen](Z divisor, Z dividend) {
         const V m = divisor.re * divisor.re + divisor.im * divisor.im;
         zeroSeen = zeroSeen | (m == V::zero());

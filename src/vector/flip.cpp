@@ -34,22 +34,12 @@ inline void flipFour(const std::uint8_t* src, std::uint8_t* dst, std::size_t byt
     a.store(dst + last), b.store(dst + last - n), c.store(dst + n), d.store(dst);
 }
 
-// 0 <= bytes <= 4 * B::bytes, in place or not.
+// 1 <= bytes <= 4 * B::bytes, in place or not.
 template <class B, int elementBytes>
 inline void flipSmall(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
-    if (bytes >= 16) {
-        if (bytes <= 32) return flipTwo<simd::Block<16>, elementBytes>(src, dst, bytes);
-        if constexpr (B::bytes >= 32)
-            if (bytes <= 2 * B::bytes) return flipTwo<B, elementBytes>(src, dst, bytes);
-        return flipFour<B, elementBytes>(src, dst, bytes);
-    }
-    if (bytes >= 8) return flipTwo<simd::Block<8>, elementBytes>(src, dst, bytes);
-    if constexpr (elementBytes <= 4)
-        if (bytes >= 4) return flipTwo<simd::Block<4>, elementBytes>(src, dst, bytes);
-    if constexpr (elementBytes == 1) {
-        if (bytes >= 2) return flipTwo<simd::Block<2>, 1>(src, dst, bytes);
-        if (bytes == 1) *dst = *src;
-    }
+    byLadder<B>(
+        bytes, [=]<class W> { flipTwo<W, elementBytes>(src, dst, bytes); },
+        [=]<class W> { flipFour<W, elementBytes>(src, dst, bytes); });
 }
 
 // The areas are apart.
@@ -74,7 +64,7 @@ void flipInPlace(std::uint8_t* p, std::size_t bytes) {
         const auto c = reversed<B, elementBytes>(last - n), d = reversed<B, elementBytes>(last);
         a.store(last), b.store(last - n), c.store(p + n), d.store(p);
     }
-    flipSmall<B, elementBytes>(p, p, bytes);
+    if (bytes != 0) flipSmall<B, elementBytes>(p, p, bytes);
 }
 
 template <class T>

@@ -4,6 +4,8 @@
 //
 // A block of samples is finished for all channels before the next: a block of each source is one
 // cache line, read once, and the frames are written in nearly ascending order.
+#include <algorithm>
+
 #include "core/checks.h"
 #include "core/variant_exports.h"
 #include "simd/channels.h"
@@ -19,9 +21,13 @@ constexpr int kHalf = 16;  // bytes within which lanes can be dealt
 template <class T>
 constexpr std::ptrdiff_t kTileSamples = kHalf / sizeof(T);
 
-// Channels of the widest tile: a frame of them fills a register.
+// Bytes of the widest register whose lanes can be shuffled.
 template <class T>
-constexpr int kTileChannels = (sizeof(T) == 4 ? simd::kFloatBytes : simd::kIntBytes) /
+constexpr int kShuffledBytes = sizeof(T) == 4 ? simd::kFloatBytes : simd::kIntBytes;
+
+// Channels of the widest tile: a frame of them fills a register of up to two halves.
+template <class T>
+constexpr int kTileChannels = std::min(kShuffledBytes<T>, sizeof(T) == 4 ? 2 * kHalf : kHalf) /
                               int{sizeof(T)};
 
 // Transposes kTileSamples from i on of C channels, src and dst standing at their first channel.
@@ -67,7 +73,7 @@ void interleaveGroup(const T* const* src, std::ptrdiff_t c, std::ptrdiff_t ch, s
 template <class T>
 [[gnu::always_inline]] inline void interleaveTwo(const T* a, const T* b, std::ptrdiff_t len,
                                                  T* dst) {
-    using B = simd::Block<kTileChannels<T>* int{sizeof(T)}>;
+    using B = simd::Block<kShuffledBytes<T>>;
     constexpr std::ptrdiff_t samples = B::bytes / sizeof(T);
     const auto tile = [=](std::ptrdiff_t i) __attribute__((always_inline)) {
         const auto x = B::load(a + i), y = B::load(b + i);
@@ -147,7 +153,8 @@ inline ZepStatus checkedInterleave(const T* const* pSrc, int ch, int len, T* pDs
     if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
     if (ch <= 0) return zepStsNumChannelsErr;
     if (len <= 0) return zepStsSizeErr;
-    if (ch != 2 || len < kTileChannels<T>) return interleaveAny(pSrc, ch, len, pDst);
+    if (ch != 2 || len < kShuffledBytes<T> / int{sizeof(T)})
+        return interleaveAny(pSrc, ch, len, pDst);
     const T *const a = pSrc[0], *const b = pSrc[1];
     if (anyNull(a, b)) return zepStsNullPtrErr;
     interleaveTwo(a, b, len, pDst);

@@ -1,15 +1,15 @@
 // Loop shapes of the element-wise families, each written once.
 //
 // map:  dst[n] = op(a[n], b[n], ...) for any number of sources, dst itself among them for
-// accumulation. op is a generic
-//       lambda that works on a scalar and on vectors of any width.
-// mapComplex: the same on interleaved pairs; op works on vectors only.
+// accumulation. op is a generic lambda that works on vectors of any width.
+// mapComplex: the same on interleaved pairs.
 //
-// No scalar loop: a length between two widths is covered by vectors that overlap. All operands of
-// overlapping vectors are read before anything is written over them, so a destination that equals a
-// source is safe and every element is computed from original values, with the same result wherever
-// it stands. Short lengths end in one chain of compares; longer ones have a first vector up to the
-// alignment of dst or a source, a main loop of aligned accesses, and the last vectors.
+// No scalar loop: a length between two widths is covered by vectors that overlap, one below the
+// narrowest vector by a partial one, whose other lanes hold zeros. All operands of overlapping
+// vectors are read before anything is written over them, so a destination that equals a source is
+// safe and every element is computed from original values, with the same result wherever it stands.
+// Short lengths end in one chain of compares; longer ones have a first vector up to the alignment
+// of dst or a source, a main loop of aligned accesses, and the last vectors.
 //
 // mapSplit: dst = op(a, b, ...) on complex elements whose parts op gets apart, as simd::Complex of
 // the widest vector.
@@ -64,26 +64,16 @@ template <class V, int kCount, class Op, class T, class... Src>
     simd::unroll<kCount>([&](auto k) { tail[k].store(dst + last + k * V::lanes); });
 }
 
-// Fewer scalars than a vector of V has lanes; kGranule of them make an element.
-template <class V, int kGranule, class Op, class T, class... Src>
+// Fewer scalars than a vector of V has lanes.
+template <class V, class Op, class T, class... Src>
 [[gnu::always_inline]] inline void belowOne(Op op, T* dst, std::ptrdiff_t len, const Src*... src) {
-    if constexpr (!simd::isNarrow<V>) {
-        using H = simd::Half<V>;
-        if (len < H::lanes) return belowOne<H, kGranule>(op, dst, len, src...);
-        bothEnds<H, 1>(op, dst, len, src...);
-    } else if constexpr (kGranule == 2) {
-        if constexpr (V::lanes > 2) op(V::loadPair(src)...).storePair(dst);
-    } else if constexpr (V::lanes == 2) {
-        simd::writeAny(dst, op(simd::readAny(src)...));
+    if constexpr (simd::kMaskedMemory || simd::isNarrow<V>) {
+        const auto n = static_cast<int>(len);
+        op(V::loadPartial(src, n)...).storePartial(dst, n);
     } else {
-        // One to three elements, without a branch: some may be the same one.
-        const std::ptrdiff_t middle = len >> 1;
-        const T first = op(simd::readAny(src)...);
-        const T mid = op(simd::readAny(src + middle)...);
-        const T last = op(simd::readAny(src + len - 1)...);
-        simd::writeAny(dst, first);
-        simd::writeAny(dst + middle, mid);
-        simd::writeAny(dst + len - 1, last);
+        using H = simd::Half<V>;
+        if (len < H::lanes) return belowOne<H>(op, dst, len, src...);
+        bothEnds<H, 1>(op, dst, len, src...);
     }
 }
 
@@ -119,7 +109,7 @@ template <int kGranule, class Stream, class Op, class T, class... Src>
 [[gnu::always_inline]] inline void map(Op op, T* dst, std::ptrdiff_t len, const Src*... src) {
     using V = simd::Native<T>;
     constexpr std::ptrdiff_t L = V::lanes;
-    if (len < L) return belowOne<V, kGranule>(op, dst, len, src...);
+    if (len < L) return belowOne<V>(op, dst, len, src...);
     if (len <= 2 * L) return bothEnds<V, 1>(op, dst, len, src...);
     if (len <= 4 * L) return bothEnds<V, 2>(op, dst, len, src...);
     if (len <= 8 * L) return bothEnds<V, 4>(op, dst, len, src...);

@@ -7,7 +7,6 @@
 // those behind the last block.
 #include <cstdint>
 #include <limits>
-#include <type_traits>
 
 #include "core/variant_exports.h"
 #include "simd/control_word.h"
@@ -24,13 +23,9 @@ constexpr int kVectors = kBlock / V::lanes;
 
 // True when some element is negative. -0 is not, nor is NaN.
 [[gnu::noinline]] bool exactRoots(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
-    using simd::sqrt;
     bool negative = false;
     const auto root = [&negative](auto v) {
-        if constexpr (std::is_same_v<decltype(v), Zep32f>)
-            negative |= v < 0.0f;
-        else
-            negative |= any(v < decltype(v)::zero());
+        negative |= any(v < decltype(v)::zero());
         return sqrt(v);
     };
     shape::map<1, NeverStream>(root, dst, len, x);

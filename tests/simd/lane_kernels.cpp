@@ -67,21 +67,6 @@ V vectorOp(LaneOp op, V a, V b, V c, T scalar, T scalar2) {
     }
 }
 
-template <class T>
-T scalarOp(LaneOp op, T a, T b) {
-    using namespace simd;
-    switch (op) {
-        case LaneOp::ScalarAbs:
-            return abs(a);
-        case LaneOp::ScalarSqrt:
-            return sqrt(a);
-        case LaneOp::ScalarMin:
-            return min(a, b);
-        default:
-            return max(a, b);
-    }
-}
-
 template <class V, class T = typename V::Scalar>
 void apply(LaneOp op, const T* a, const T* b, const T* c, T* out) {
     switch (op) {
@@ -90,12 +75,6 @@ void apply(LaneOp op, const T* a, const T* b, const T* c, T* out) {
         case LaneOp::StreamCopy:
             V::load(a).storeStream(out);
             return simd::streamFence();
-        case LaneOp::ScalarAbs:
-        case LaneOp::ScalarSqrt:
-        case LaneOp::ScalarMin:
-        case LaneOp::ScalarMax:
-            for (int n = 0; n < V::lanes; ++n) out[n] = scalarOp(op, a[n], b[n]);
-            return;
         default:
             vectorOp(op, V::load(a), V::load(b), V::load(c), b[0], b[1]).store(out);
     }
@@ -106,27 +85,27 @@ unsigned compare(LaneCompare op, const T* pa, const T* pb, const T* pc) {
     const V a = V::load(pa), b = V::load(pb), c = V::load(pc);
     switch (op) {
         case LaneCompare::Equal:
-            return bits(a == b);
+            return static_cast<unsigned>(bits(a == b));
         case LaneCompare::NotEqual:
-            return bits(a != b);
+            return static_cast<unsigned>(bits(a != b));
         case LaneCompare::Less:
-            return bits(a < b);
+            return static_cast<unsigned>(bits(a < b));
         case LaneCompare::LessEqual:
-            return bits(a <= b);
+            return static_cast<unsigned>(bits(a <= b));
         case LaneCompare::Greater:
-            return bits(a > b);
+            return static_cast<unsigned>(bits(a > b));
         case LaneCompare::GreaterEqual:
-            return bits(a >= b);
+            return static_cast<unsigned>(bits(a >= b));
         case LaneCompare::IsNan:
-            return bits(isNan(a));
+            return static_cast<unsigned>(bits(isNan(a)));
         case LaneCompare::EitherNan:
-            return bits(eitherNan(a, b));
+            return static_cast<unsigned>(bits(eitherNan(a, b)));
         case LaneCompare::Both:
-            return bits((a < b) & (b <= c));
+            return static_cast<unsigned>(bits((a < b) & (b <= c)));
         case LaneCompare::Either:
-            return bits((a < b) | (b <= c));
+            return static_cast<unsigned>(bits((a < b) | (b <= c)));
         default:
-            return bits(!(a < b));
+            return static_cast<unsigned>(bits(!(a < b)));
     }
 }
 

@@ -34,10 +34,6 @@ enum class LaneOp {
     Zero,
     AlignedCopy,
     StreamCopy,
-    ScalarAbs,
-    ScalarSqrt,
-    ScalarMin,
-    ScalarMax,
     Count,
 };
 

@@ -88,16 +88,12 @@ T reference(LaneOp op, const T* a, const T* b, const T* c, int n) {
         case LaneOp::ClearBits:
             return bitwise(bitsA & ~bitsB);
         case LaneOp::Abs:
-        case LaneOp::ScalarAbs:
             return std::fabs(a[n]);
         case LaneOp::Sqrt:
-        case LaneOp::ScalarSqrt:
             return std::sqrt(a[n]);
         case LaneOp::Min:
-        case LaneOp::ScalarMin:
             return a[n] < b[n] ? a[n] : b[n];
         case LaneOp::Max:
-        case LaneOp::ScalarMax:
             return a[n] > b[n] ? a[n] : b[n];
         case LaneOp::SelectLess:
             return a[n] < b[n] ? c[n] : a[n];

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <stdexcept>
+#include <string>
 
 namespace mozep_program {
 
@@ -11,6 +12,9 @@ namespace mozep_program {
 class Failure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
+
+// A line on the standard error about work that was done, but not as it should be.
+void warn(const std::string& command, const std::string& message);
 
 void addGunzip(CLI::App& app);
 void addInfo(CLI::App& app);

@@ -1,11 +1,13 @@
 #include <zeps.h>
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <iostream>
 #include <string>
 
 #include "commands.h"
+#include "printable.h"
 
 namespace mozep_program {
 namespace {
@@ -13,9 +15,8 @@ namespace {
 constexpr int kFailed = 1, kWrongUsage = 2;
 
 std::string versionLine() {
-    const ZepVersionRecord& library = *zepGetLibVersion();
     const std::string tag(zepsGetLibVersion()->targetTag, 2);
-    return std::string("mozep ") + library.versionText + " (variant " + tag + ")";
+    return "mozep " ZEP_PACKAGE_VERSION " (variant " + tag + ")";
 }
 
 constexpr const char* kNoOutput = "cannot write to the standard output";
@@ -25,16 +26,34 @@ void checkOutput() {
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) throw Failure(kNoOutput);
 }
 
-// Errors take one line, whatever their source.
-int fail(const CLI::App& app, const std::string& message, int code) {
+std::string chosenCommand(const CLI::App& app) {
     std::string command = "mozep";
     for (const CLI::App* chosen : app.get_subcommands()) command += ' ' + chosen->get_name();
-    std::fprintf(stderr, "%s: %s\n", command.c_str(),
-                 message.substr(0, message.find('\n')).c_str());
+    return command;
+}
+
+// Errors take one line, whatever their source and whatever name they quote.
+int fail(const CLI::App& app, const std::string& message, int code) {
+    std::fprintf(stderr, "%s: %s\n", chosenCommand(app).c_str(), printable(message).c_str());
     return code;
 }
 
+// The parser complains of what is missing before it complains of what it does not know, which is
+// often the same thing misspelt.
+std::string wrongUsage(const CLI::App& app, const CLI::ParseError& error) {
+    const auto unknown = app.remaining(true);
+    const std::string help = "; see " + chosenCommand(app) + " --help";
+    if (unknown.empty()) return error.what();
+    const bool command = app.get_subcommands().empty() && !unknown.front().starts_with('-');
+    return (command ? "there is no command \"" : "does not know \"") + unknown.front() + '"' + help;
+}
+
 }  // namespace
+
+void warn(const std::string& command, const std::string& message) {
+    std::fprintf(stderr, "mozep %s: warning: %s\n", command.c_str(), printable(message).c_str());
+}
+
 }  // namespace mozep_program
 
 int main(int argc, char** argv) {
@@ -42,6 +61,11 @@ int main(int argc, char** argv) {
     CLI::App app("Signal processing with the MOZEP library.", "mozep");
     app.set_version_flag("--version", versionLine());
     app.require_subcommand(1);
+    app.footer(
+        "Exit codes: 0, all is well, warnings included; 1, the work could not be done; 2, wrong "
+        "usage.\nErrors and warnings are lines on the standard error.");
+    // A limit on the size of files is an error like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
     addGunzip(app);
     addInfo(app);
     addSpectrum(app);
@@ -49,7 +73,7 @@ int main(int argc, char** argv) {
         app.parse(argc, argv);
         checkOutput();
     } catch (const CLI::ParseError& e) {
-        if (e.get_exit_code() != 0) return fail(app, e.what(), kWrongUsage);
+        if (e.get_exit_code() != 0) return fail(app, wrongUsage(app, e), kWrongUsage);
         app.exit(e);  // --help, --version
         std::cout.flush();
         return std::cout.good() ? 0 : fail(app, kNoOutput, kFailed);

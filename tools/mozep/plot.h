@@ -10,8 +10,8 @@ struct Curve {
     std::vector<double> x, y;
 };
 
-// Draws the curve into an SVG file with gnuplot, which must be installed. Throws Failure with the
-// reason.
+// Draws the curve into an SVG file with gnuplot, which must be installed. The file is replaced when
+// the picture is whole, and left alone otherwise. Throws Failure with the reason.
 void plotSvg(const Curve& curve, const std::string& file);
 
 }  // namespace mozep_program

@@ -1,21 +1,17 @@
 // mozep spectrum: where the energy of a sound file lies.
-#include <sndfile.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <bit>
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "commands.h"
 #include "plot.h"
+#include "printable.h"
 #include "progress.h"
+#include "sound_file.h"
 #include "welch.h"
 
 namespace mozep_program {
@@ -24,66 +20,39 @@ namespace {
 constexpr int kMinBlock = 16, kMaxBlock = 1 << 22;
 constexpr std::size_t kPlotColumns = 4000;
 
+constexpr const char* kMethod =
+    "Method: Welch's. Blocks overlap by half and are weighted by a Hann window; the squared\n"
+    "magnitudes are averaged. A last block that the file does not fill is filled up with zeros "
+    "and\n"
+    "counts by the part of the window that it fills.\n"
+    "Scaling: by amplitude. A sine of amplitude 1 (full scale) reads 0 dBFS, whatever the block\n"
+    "length; noise reads lower the longer the block. A bin is as wide as the sampling rate "
+    "divided\n"
+    "by the block length; a tone's main lobe is four bins wide. Levels end at -200 dBFS. Peaks "
+    "are\n"
+    "placed between the bins by the shape of the window.\n"
+    "A file that is shorter than it declares is analysed as far as it goes, with a warning.";
+
 struct Options {
     std::string file, plot;
     int block = 8192;
     int peaks = 10;
+    int channel = 0;  // all of them, averaged
     bool csv = false;
 };
 
-class SoundFile {
-public:
-    explicit SoundFile(const std::string& name) : name_(name) {
-        // Said here, since sndfile calls all of these "System error".
-        struct stat status {};
-        if (stat(name.c_str(), &status) != 0) throw Failure(name + ": " + std::strerror(errno));
-        if (S_ISDIR(status.st_mode)) throw Failure(name + ": is a directory");
-        if (!std::ifstream(name)) throw Failure(name + ": " + std::strerror(errno));
-        if (status.st_size == 0 && S_ISREG(status.st_mode)) throw Failure(name + ": is empty");
-        file_.reset(sf_open(name.c_str(), SFM_READ, &info_));
-        if (file_ == nullptr) throw Failure(name + ": is no sound file that can be read");
-        if (info_.channels < 1 || info_.samplerate < 1 || info_.frames < 1)
-            throw Failure(name + ": holds no samples");
-    }
+const char* plural(long long count) { return count == 1 ? "" : "s"; }
 
-    const SF_INFO& info() const { return info_; }
-
-    // The next frames, at most mono.size(), channels averaged; fewer at the end only.
-    std::size_t readMono(std::vector<float>& mono) {
-        const auto channels = static_cast<std::size_t>(info_.channels);
-        frames_.resize(mono.size() * channels);
-        const sf_count_t got =
-            sf_readf_float(file_.get(), frames_.data(), static_cast<sf_count_t>(mono.size()));
-        if (sf_error(file_.get()) != SF_ERR_NO_ERROR)
-            throw Failure(name_ + ": " + sf_strerror(file_.get()));
-        const auto count = static_cast<std::size_t>(got < 0 ? 0 : got);
-        const float share = 1.0f / static_cast<float>(channels);
-        for (std::size_t n = 0; n < count; ++n) {
-            float sum = 0;
-            for (std::size_t c = 0; c < channels; ++c) sum += frames_[n * channels + c];
-            mono[n] = sum * share;
-            if (!std::isfinite(mono[n]))
-                throw Failure(name_ + ": holds samples that are not finite numbers");
-        }
-        return count;
-    }
-
-private:
-    struct Close {
-        void operator()(SNDFILE* file) const { sf_close(file); }
-    };
-    std::string name_;
-    SF_INFO info_{};
-    std::unique_ptr<SNDFILE, Close> file_;
-    std::vector<float> frames_;
-};
-
-void printTable(const Options& options, const SF_INFO& info, const Welch& welch,
+void printTable(const Options& options, const SoundFile& file, const Welch& welch,
                 const std::vector<Peak>& peaks, double binHz) {
-    std::printf("%s: %d Hz, %d channel%s, %.3f s; %lld block%s of %d, %.4g Hz a bin\n",
-                options.file.c_str(), info.samplerate, info.channels, info.channels == 1 ? "" : "s",
-                static_cast<double>(info.frames) / info.samplerate, welch.blocks(),
-                welch.blocks() == 1 ? "" : "s", options.block, binHz);
+    std::printf("%s: %d Hz, %d channel%s, %.3f s; %lld block%s of %d%s, %.4g Hz a bin\n",
+                printable(options.file).c_str(), file.rate(), file.channels(),
+                plural(file.channels()), static_cast<double>(file.framesRead()) / file.rate(),
+                welch.blocks(), plural(welch.blocks()), options.block,
+                !welch.filledUp()     ? ""
+                : welch.blocks() == 1 ? ", filled up with zeros"
+                                      : ", the last filled up with zeros",
+                binHz);
     if (peaks.empty()) {
         std::printf("no peaks\n");
         return;
@@ -120,29 +89,38 @@ void plot(const Options& options, const std::vector<double>& power, double binHz
 }
 
 void readAll(SoundFile& file, Welch& welch) {
-    Progress progress(static_cast<double>(file.info().frames));
+    Progress progress(file.declaredFrames());
     std::vector<float> mono(16384);
-    double done = 0;
-    while (const std::size_t count = file.readMono(mono)) {
+    while (const std::size_t count = file.read(mono)) {
         welch.add({mono.data(), count});
-        progress.reached(done += static_cast<double>(count));
+        progress.reached(static_cast<double>(file.framesRead()));
     }
     welch.finish();
 }
 
+bool allFinite(const std::vector<double>& values) {
+    return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
+}
+
 void run(const Options& options) {
-    SoundFile file(options.file);
+    SoundFile file(options.file, options.channel);
     Welch welch(std::countr_zero(static_cast<unsigned>(options.block)));
     readAll(file, welch);
     if (welch.blocks() == 0) throw Failure(options.file + ": holds no samples");
+    const std::string shortfall = file.shortfall();
+    if (!shortfall.empty()) warn("spectrum", options.file + ": is cut short: " + shortfall);
 
     const std::vector<double> power = welch.power();
-    const double binHz = static_cast<double>(file.info().samplerate) / options.block;
+    if (!allFinite(power))
+        throw Failure(options.file +
+                      ": its samples are out of range: the squares of their spectrum exceed "
+                      "single precision");
+    const double binHz = static_cast<double>(file.rate()) / options.block;
     if (!options.plot.empty()) plot(options, power, binHz);
     if (options.csv)
         printCsv(power, binHz);
     else
-        printTable(options, file.info(), welch,
+        printTable(options, file, welch,
                    strongestPeaks(power, static_cast<std::size_t>(options.peaks)), binHz);
 }
 
@@ -162,17 +140,23 @@ void addSpectrum(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* command = app.add_subcommand(
         "spectrum", "Averaged power spectrum of a sound file, with its strongest peaks");
-    command->add_option("FILE", options->file, "sound file; its channels are averaged")->required();
+    command->add_option("FILE", options->file, "sound file, of any kind that libsndfile reads")
+        ->required();
     command->add_option("--fft", options->block, "block length, a power of two")
         ->check(CLI::Validator(badBlock, "N"))
         ->capture_default_str();
     command->add_option("--peaks", options->peaks, "rows of the table")
         ->check(CLI::Range(1, 1000000))
         ->capture_default_str();
+    command
+        ->add_option("--channel", options->channel,
+                     "take this channel, counted from 1; the mean of all without it")
+        ->check(CLI::Range(1, 1024));
     command->add_option("--plot", options->plot,
                         "draw the spectrum into this SVG file (needs gnuplot)");
     command->add_flag("--csv", options->csv,
                       "print the spectrum as Hz,dBFS rows in place of the peaks");
+    command->footer(kMethod);
     command->callback([options] { run(*options); });
 }
 

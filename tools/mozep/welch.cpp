@@ -4,6 +4,7 @@
 #include <cmath>
 #include <new>
 #include <numbers>
+#include <numeric>
 #include <stdexcept>
 
 namespace mozep_program {
@@ -67,21 +68,24 @@ void Welch::add(std::span<const float> samples) {
         const int count = static_cast<int>(part.size());
         check(zepsCopy_32f(part.data(), samples_.get() + filled_, count));
         filled_ += count;
+        unseen_ += count;
         samples = samples.subspan(part.size());
-        if (filled_ == N_) transformBlock();
+        if (filled_ == N_) transformBlock(windowSum_);
     }
 }
 
-void Welch::transformBlock() {
+void Welch::transformBlock(double windowSum) {
     check(zepsMul_32f(samples_.get(), window_.get(), spectrum_.get(), N_));
     check(zepsFFTFwd_RToPerm_32f(spectrum_.get(), spectrum_.get(), spec_.get(),
                                  reinterpret_cast<Zep8u*>(scratch_.get())));
     check(zepsAddProduct_32f(spectrum_.get(), spectrum_.get(), squares_.get(), N_));
     ++blocks_;
+    weight_ += windowSum * windowSum;
     if (++unflushed_ == kBlocksInFloat) flush();
     const int kept = N_ / 2;
     check(zepsMove_32f(samples_.get() + kept, samples_.get(), N_ - kept));
     filled_ = N_ - kept;
+    unseen_ = 0;
 }
 
 void Welch::flush() {
@@ -92,19 +96,21 @@ void Welch::flush() {
 }
 
 void Welch::finish() {
-    if (blocks_ == 0 && filled_ > 0) {
+    if (unseen_ > 0) {
+        double filledSum = windowSum_;
+        if (blocks_ > 0) filledSum = std::accumulate(window_.get(), window_.get() + filled_, 0.0);
         check(zepsZero_32f(samples_.get() + filled_, N_ - filled_));
-        transformBlock();
+        transformBlock(filledSum);
+        filledUp_ = true;
     }
     flush();
 }
 
 std::vector<double> Welch::power() const {
     const std::size_t half = sums_.size() / 2;
-    const double mean = 1 / static_cast<double>(std::max(blocks_, 1LL));
     // A sine of amplitude 1 gives a bin of half the window's sum; the bins at both ends have no
     // mirror image.
-    const double inner = mean * 4 / (windowSum_ * windowSum_), end = inner / 4;
+    const double end = blocks_ > 0 ? 1 / weight_ : 0, inner = 4 * end;
     std::vector<double> power(half + 1);
     power[0] = end * sums_[0];
     power[half] = end * sums_[1];

@@ -22,11 +22,14 @@ public:
     // Any number of samples at a time.
     void add(std::span<const float> samples);
 
-    // A signal shorter than a block is one block, filled up with zeros; else samples behind the
-    // last whole block are left out.
+    // Samples behind the last whole block make one more, filled up with zeros. It counts by the part
+    // of the window that they fill, so that a steady tone keeps its level. A signal that is shorter
+    // than a block counts as a whole one, and reads lower.
     void finish();
 
     long long blocks() const { return blocks_; }
+    // Whether the last block was filled up with zeros.
+    bool filledUp() const { return filledUp_; }
     // Mean power of bins 0 .. N/2, relative to a full-scale sine.
     std::vector<double> power() const;
 
@@ -39,16 +42,19 @@ private:
     };
     using Block = std::unique_ptr<float, ReleaseBlock>;
 
-    void transformBlock();
+    void transformBlock(double windowSum);
     void flush();
 
     int N_;
     std::unique_ptr<FFTSpecR32f, ReleaseSpec> spec_;
     Block window_, samples_, spectrum_, squares_, scratch_;
     int filled_ = 0;     // samples in the block
+    int unseen_ = 0;     // of these, the ones that no earlier block had
     int unflushed_ = 0;  // blocks whose squares are in squares_
     long long blocks_ = 0;
+    bool filledUp_ = false;
     double windowSum_ = 0;
+    double weight_ = 0;         // squares of the blocks' window sums
     std::vector<double> sums_;  // squares of earlier blocks, packed as the spectrum is
 };
 

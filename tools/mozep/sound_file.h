@@ -1,0 +1,42 @@
+#pragma once
+
+#include <sndfile.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace mozep_program {
+
+// A sound file that is read from its beginning to its end. Throws Failure with the reason.
+class SoundFile {
+public:
+    // channel: from 1 on; 0 averages all of them.
+    SoundFile(const std::string& name, int channel);
+
+    int rate() const { return info_.samplerate; }
+    int channels() const { return info_.channels; }
+    // As the file declares it: not a promise.
+    double declaredFrames() const { return static_cast<double>(info_.frames); }
+    long long framesRead() const { return framesRead_; }
+
+    // The next samples of the channel, or of the mean of all; at most mono.size(), fewer at the end
+    // only.
+    std::size_t read(std::vector<float>& mono);
+
+    // When all has been read: how the file falls short of what it declares; empty if it does not.
+    std::string shortfall() const;
+
+private:
+    struct Close {
+        void operator()(SNDFILE* file) const { sf_close(file); }
+    };
+    std::string name_;
+    int channel_;
+    SF_INFO info_{};
+    std::unique_ptr<SNDFILE, Close> file_;
+    std::vector<float> frames_;
+    long long framesRead_ = 0;
+};
+
+}  // namespace mozep_program

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "commands.h"
 
@@ -26,11 +27,36 @@ std::string tagOf(const ZepVersionRecord& v) {
     return bytes.substr(0, bytes.find('\0'));
 }
 
+// What the interface lays down about a domain: the same in every build of every version.
 std::string describe(const ZepVersionRecord& v) {
     char line[160];
-    std::snprintf(line, sizeof line, "%-16s%-6s%s, %s", v.libName, tagOf(v).c_str(),
-                  ("build " + std::to_string(v.domainBuild)).c_str(), v.buildDate);
+    std::snprintf(line, sizeof line, "%-16s%-6s%s, domain build %d", v.libName, tagOf(v).c_str(),
+                  v.versionText, v.domainBuild);
     return line;
+}
+
+struct Domain {
+    const char* name;
+    int functions;
+    const ZepVersionRecord& record;
+};
+
+// The domains that the library has functions of.
+std::vector<Domain> domains() {
+    const Domain known[] = {{"signal", ZEP_SIGNAL_FUNCTIONS, *zepsGetLibVersion()},
+                            {"speech", ZEP_SPEECH_FUNCTIONS, *zepscGetLibVersion()},
+                            {"matrix", ZEP_MATRIX_FUNCTIONS, *zepmGetLibVersion()}};
+    std::vector<Domain> present;
+    for (const Domain& domain : known)
+        if (domain.functions > 0) present.push_back(domain);
+    return present;
+}
+
+std::string countOfFunctions() {
+    std::string list;
+    for (const Domain& domain : domains())
+        list += (list.empty() ? "" : ", ") + std::to_string(domain.functions) + " " + domain.name;
+    return list;
 }
 
 std::string levelOf(const std::string& tag) {
@@ -85,15 +111,12 @@ std::string features() {
 }
 
 void run(const Options& options) {
-    const ZepVersionRecord& signal = *zepsGetLibVersion();
+    const std::string tag = tagOf(*zepsGetLibVersion());
     heading("Library");
-    row("version", zepGetLibVersion()->versionText);
-    row("core", describe(*zepGetLibVersion()));
-    row("signal", describe(signal));
-    row("speech", describe(*zepscGetLibVersion()));
-    row("matrix", describe(*zepmGetLibVersion()));
-    row("variant", tagOf(signal) + ", for processors with " + levelOf(tagOf(signal)));
+    row("version", ZEP_PACKAGE_VERSION);
+    row("variant", tag + ", for processors with " + levelOf(tag));
     row("start-up", statusText(MOZEP::mozepStaticInitResult()));
+    row("functions", countOfFunctions());
 
     heading("Processor");
     row("type", std::to_string(zepGetCpuType()) + ", " + MOZEP::mozepCpuTypeString());
@@ -103,6 +126,10 @@ void run(const Options& options) {
     // What is known is shown at once: the measurement lasts for seconds.
     std::fflush(stdout);
     row("clock", options.clock ? clockRate() : "not measured (--clock)");
+
+    heading("Version records (fixed by the interface, the same in every build)");
+    row("core", describe(*zepGetLibVersion()));
+    for (const Domain& domain : domains()) row(domain.name, describe(domain.record));
 }
 
 }  // namespace

@@ -5,6 +5,10 @@
 #ifndef MOZEP_H
 #define MOZEP_H
 
+#ifndef __cplusplus
+#error "mozep.h is for C++. A C program includes zeps.h, which has all functions on arrays."
+#else
+
 #include <cstdint>
 
 #include "zepcore.h"
@@ -63,9 +67,10 @@ ZEP_API const char* mozepCpuType2String(ZepCpuType type);
 
 /**
  * The library's memory as an allocator object. It has no state: copies are alike, and a block may
- * be released through any of them, or by zepsFree. As thread-safe as the C heap.
+ * be released through any of them, or by zepsFree. As thread-safe as the C heap. Final, since its
+ * destructor is not virtual.
  */
-class ZEP_API MOZEPMemoryAllocator : public Interfaces::IQMOMemoryAllocator {
+class ZEP_API MOZEPMemoryAllocator final : public Interfaces::IQMOMemoryAllocator {
 public:
     /** Takes no memory. */
     MOZEPMemoryAllocator();
@@ -100,4 +105,5 @@ public:
 
 }  // namespace MOZEP
 
+#endif
 #endif

@@ -14,7 +14,7 @@ DT_NEEDED, DT_SONAME, DT_RPATH, DT_TEXTREL, DT_RUNPATH, DT_FLAGS, DT_FLAGS_1 = 1
 DF_TEXTREL, DF_BIND_NOW, DF_1_NOW = 4, 8, 1
 R_X86_64_RELATIVE = 8
 BINDINGS = {0: "local", 1: "global", 2: "weak", 10: "unique"}
-UNDEFINED = 0
+UNDEFINED, ABSOLUTE = 0, 0xFFF1
 
 
 class Elf:
@@ -68,6 +68,23 @@ class Elf:
             symbols.append(Symbol(self._string(strings + name), BINDINGS.get(info >> 4, "other"), info & 15, other & 3,
                                   shndx, value, size))
         return symbols
+
+    def symbol_versions(self):
+        """Name of each defined dynamic symbol, to the name of the version that it carries; None without one."""
+        definitions = self.section(".gnu.version_d")
+        nodes, offset = {}, definitions.offset if definitions else None
+        while offset is not None:
+            _, _, index, _, _, first_name, following = struct.unpack_from("<HHHHIII", self.data, offset)
+            name = struct.unpack_from("<I", self.data, offset + first_name)[0]
+            nodes[index] = self._string(self.sections[definitions.link].offset + name)
+            offset = offset + following if following else None
+        table = self.section(".gnu.version")
+        versions = {}
+        for i, symbol in enumerate(self.symbols(), 1):
+            if symbol.section != UNDEFINED:
+                index = struct.unpack_from("<H", self.data, table.offset + 2 * i)[0] & 0x7FFF if table else 1
+                versions[symbol.name] = nodes[index] if index > 1 else None
+        return versions
 
     def relative_relocations(self):
         """Address of each word that the loader rebases, to the address that it will hold."""

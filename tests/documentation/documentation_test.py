@@ -57,6 +57,17 @@ class Texts(unittest.TestCase):
         printed = re.search(r"^ \* @code\n(.*?)^ \* @endcode$", read("include/zeps/deflate.h"), re.S | re.M).group(1)
         self.assertEqual(re.sub(r"^ \* ?", "", printed, flags=re.M), read("examples/inflate.c"))
 
+    def test_manual_page_names_each_command_and_option(self):
+        page = read("docs/mozep.1").replace("\\-", "-")
+        program = "".join(p.read_text() for p in sorted((SOURCE / "tools/mozep").glob("*.cpp")))
+        names = re.findall(r'add_(?:option|flag)\(\s*"([^"]+)"', program)
+        names += re.findall(r'add_subcommand\(\s*"([^"]+)"', program)
+        self.assertGreater(len(names), 8)
+        words = {word for name in names for word in name.split(",") if word != "FILE"}
+        self.assertEqual(sorted(w for w in words if not re.search(rf"(?<![\w-]){w}(?![\w-])", page)), [])
+        version = re.search(r"project\(mozep VERSION ([\d.]+)", read("CMakeLists.txt")).group(1)
+        self.assertIn(f'"MOZEP {version}"', page.splitlines()[0])
+
     def test_links_and_named_files_exist(self):
         for text in [SOURCE / "README.md", SOURCE / "CONTRIBUTING.md", SOURCE / "CHANGELOG.md", *SOURCE.glob("docs/*.md")]:
             content = text.read_text()

@@ -1,5 +1,6 @@
 #!/bin/bash
-# usage: consumer_test.sh STEP SOURCE BUILD WORK; the compilers come from CC and CXX, a compiler launcher from LAUNCHER.
+# usage: consumer_test.sh STEP SOURCE BUILD WORK; the compilers come from CC and CXX, a compiler launcher from LAUNCHER,
+# what was built from TOOLS and COLUMNS_BUILT; SAME_BUILD tells whether the build is one with the default options.
 # "install" puts the build into WORK/moved by way of another prefix, so that every later step proves that the tree can be
 # moved. Each consumer step builds examples/quickstart.c in one of the ways that the README names, and runs it.
 set -euo pipefail
@@ -67,17 +68,114 @@ case $step in
             -o "$work/with_static_pkg_config"
         expect_output "$work/with_static_pkg_config"
         ;;
+    components)
+        # Each component holds its own files; the CMake package offers the libraries that are there.
+        only() {  # COMPONENT PATTERN: all files of the component match the pattern, and there are some
+            local got
+            cmake --install "$build" --prefix "$work/$1" --component "mozep_$1" > /dev/null
+            got=$(cd "$work/$1" && find . -type f -o -type l)
+            [ -n "$got" ] || { echo "mozep_$1 is empty"; exit 1; }
+            ! grep -vE "$2" <<< "$got" || { echo "mozep_$1 holds the files above"; exit 1; }
+        }
+        find_package() {  # NAME PREFIX COMPONENTS KINDS
+            cmake -S "$source/tests/install/find_package" -B "$work/find_$1" -G Ninja -DCMAKE_C_COMPILER="$CC" \
+                -DCMAKE_PREFIX_PATH="$work/$2" -DQUICKSTART="$quickstart" -DCOMPONENTS="$3" -DKINDS="$4"
+        }
+        only runtime '/libmozep\.so\.7(\.0)?$'
+        only development '/(include/mozep/.*\.h|lib[^/]*/.*(libmozep\.so|mozep\.pc|\.cmake))$'
+        only static '/(libmozep\.a|mozepStaticTargets(-[a-z]+)?\.cmake)$'
+        only documentation '/share/doc/'
+        if find_package nothing development "" mozep 2> "$work/nothing.log"; then echo "no library, and found"; exit 1; fi
+        grep -q 'neither libmozep.so nor libmozep.a' "$work/nothing.log" || { cat "$work/nothing.log"; exit 1; }
+
+        cp -a "$work/runtime/." "$work/development/"
+        find_package shared development shared mozep
+        cmake --build "$work/find_shared"
+        expect_output "$work/find_shared/with_mozep"
+        if find_package no_static development static "" 2> "$work/no_static.log"; then echo "static found"; exit 1; fi
+        grep -q 'component static is not installed' "$work/no_static.log" || { cat "$work/no_static.log"; exit 1; }
+
+        # As distributions pack it: everything, and then without the archive.
+        cp -a "$prefix" "$work/without_archive"
+        rm "$(find "$work/without_archive" -name libmozep.a)"
+        find_package without_archive without_archive "" mozep
+
+        cp -a "$work/static/." "$work/development/"
+        find "$work/development" -name 'libmozep.so*' -delete
+        find_package static development static mozep_static
+        cmake --build "$work/find_static"
+        expect_output "$work/find_static/with_mozep_static"
+        ;;
+    usr)
+        # Below /usr: pkg-config knows the paths as those that the compiler searches, the program needs no run path.
+        rm -rf "$work/stage"
+        DESTDIR=$work/stage cmake --install "$build" --prefix /usr > /dev/null
+        pc=$(find "$work/stage" -name mozep.pc)
+        grep -qx 'prefix=/usr' "$pc"
+        directory=$(PKG_CONFIG_LIBDIR=$(dirname "$pc") pkg-config --variable=libdir mozep)
+        [ -f "$work/stage$directory/libmozep.so.7" ] || { echo "wrong libdir $directory"; exit 1; }
+        flags=$(PKG_CONFIG_LIBDIR=$(dirname "$pc") PKG_CONFIG_SYSTEM_LIBRARY_PATH=$directory pkg-config --cflags --libs mozep)
+        echo "$flags"
+        [ "$(tr -s ' ' <<< "$flags" | sed 's/ $//')" = "-I/usr/include/mozep -lmozep" ]
+        if [ -f "$work/stage/usr/bin/mozep" ]; then
+            ! readelf -d "$work/stage/usr/bin/mozep" | grep -E 'R(UN)?PATH' || { echo "a run path below /usr"; exit 1; }
+            [ -f "$work/stage/usr/share/man/man1/mozep.1" ]
+        fi
+        ;;
     add_subdirectory)
-        cmake -S "$source/tests/install/add_subdirectory" -B "$work/add_subdirectory" -G Ninja \
+        # The library in a project of its own folder, with an absolute library directory and without the archive; the
+        # program too where it was built here.
+        tree=$work/add_subdirectory host=$work/host
+        rm -rf "$host"
+        cmake -S "$source/tests/install/add_subdirectory" -B "$tree" -G Ninja \
             -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" ${LAUNCHER:+-DCMAKE_CXX_COMPILER_LAUNCHER="$LAUNCHER"} \
-            -DMOZEP_SOURCE="$source" -DQUICKSTART="$quickstart"
-        cmake --build "$work/add_subdirectory" --target with_mozep
-        expect_output "$work/add_subdirectory/with_mozep"
+            -DMOZEP_SOURCE="$source" -DQUICKSTART="$quickstart" -DMOZEP_STATIC=OFF -DMOZEP_INSTALL=ON \
+            -DMOZEP_TOOLS="$TOOLS" ${COLUMNS_BUILT:+-DMOZEP_COLUMNS="$COLUMNS_BUILT"} \
+            -DCMAKE_INSTALL_PREFIX="$host" -DCMAKE_INSTALL_LIBDIR="$host/elsewhere/lib"
+        cmake --build "$tree"
+        expect_output "$tree/with_mozep"
+        [ ! -e "$tree/mozep/src/libmozep.a" ] || { echo "MOZEP_STATIC=OFF built the archive"; exit 1; }
+
+        # It is installed with its host, in its own places.
+        cmake --install "$tree" > /dev/null
+        expect_output "$host/bin/with_mozep"
+        [ -f "$host/share/doc/mozep/LICENSE" ]
+        [ -z "$(find "$host" -name 'libmozep.a' -o -name '*Static*')" ] || { echo "a static library"; exit 1; }
+        cmake -S "$source/tests/install/find_package" -B "$work/find_absolute" -G Ninja -DCMAKE_C_COMPILER="$CC" \
+            -Dmozep_DIR="$host/elsewhere/lib/cmake/mozep" -DQUICKSTART="$quickstart" -DKINDS=mozep
+        [ "$(PKG_CONFIG_PATH=$host/elsewhere/lib/pkgconfig pkg-config --variable=libdir mozep)" = "$host/elsewhere/lib" ]
+        if [ "$TOOLS" = ON ]; then
+            ldd "$host/bin/mozep" | grep -qF "libmozep.so.7 => $host/elsewhere/lib/" ||
+                { ldd "$host/bin/mozep"; echo "wrong run path"; exit 1; }
+        fi
+
+        # Built twice, in different folders: the same bytes.
+        if [ "$SAME_BUILD" = ON ]; then
+            cmp "$build/src/libmozep.so.7.0" "$tree/mozep/src/libmozep.so.7.0"
+            if [ "$TOOLS" = ON ]; then
+                # The run path is part of the program: of this one too, the one of a plain installation.
+                cmake -DCMAKE_INSTALL_LIBDIR="$(sed -n 's/^CMAKE_INSTALL_LIBDIR:[A-Z]*=//p' "$build/CMakeCache.txt")" "$tree" > /dev/null
+                cmake --build "$tree" --target mozep_program > /dev/null
+                rm -rf "$work/first" "$work/second"
+                DESTDIR=$work/first cmake --install "$build" --prefix /usr --component mozep_program > /dev/null
+                DESTDIR=$work/second cmake --install "$tree" --prefix /usr --component mozep_program > /dev/null
+                cmp "$work/first/usr/bin/mozep" "$work/second/usr/bin/mozep"
+            fi
+        fi
+
+        # Unless its host does not want it.
+        cmake -DMOZEP_INSTALL=OFF "$tree" > /dev/null
+        DESTDIR=$work/alone cmake --install "$tree" > /dev/null
+        [ "$(find "$work/alone" -type f | wc -l)" = 1 ] || { find "$work/alone"; echo "MOZEP_INSTALL=OFF installs"; exit 1; }
         ;;
     program)
         # No path in the environment: the program finds the library beside itself.
         uses_installed_library "$prefix/bin/mozep"
         "$prefix/bin/mozep" --version
+        page=$prefix/share/man/man1/mozep.1
+        [ -f "$page" ]
+        ! command -v groff > /dev/null || [ -z "$(groff -man -Tutf8 -ww -z "$page" 2>&1)" ] ||
+            { groff -man -Tutf8 -ww -z "$page"; echo "the manual page has faults"; exit 1; }
         ;;
     headers)
         # Each header alone, in both languages, as strict as a caller may be.
@@ -85,11 +183,31 @@ case $step in
             echo "${header#"$prefix"/}"
             strict="-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -fsyntax-only -I$prefix/include/mozep"
             case $header in
-                */mozep.h) ;;  # the wrapper classes are C++
+                */mozep.h)  # the wrapper classes are C++, and it says so, without a second complaint
+                    "$CC" -std=c11 -fsyntax-only -I"$prefix/include/mozep" -x c - <<< "#include \"$header\"" \
+                        2> "$work/c.log" && exit 1
+                    grep -q 'error:.*mozep.h is for C++' "$work/c.log"
+                    [ "$(grep -c 'error:' "$work/c.log")" = 1 ] || { cat "$work/c.log"; exit 1; }
+                    ;;
                 *) "$CC" -std=c11 -Wstrict-prototypes $strict -x c - <<< "#include \"$header\"" ;;
             esac
             "$CXX" -std=c++20 $strict -x c++ - <<< "#include \"$header\""
         done
+        # The allocator class in use, made and deleted, draws no warning on its user.
+        "$CXX" -std=c++20 -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Wdelete-non-virtual-dtor -Weffc++ -Werror -fsyntax-only \
+            -I"$prefix/include/mozep" -x c++ - << 'END'
+#include <memory>
+#include <mozep.h>
+void use() {
+    MOZEP::MOZEPMemoryAllocator one, two(one);
+    auto* heap = new MOZEP::MOZEPMemoryAllocator;
+    two = *heap;
+    Interfaces::IQMOMemoryAllocator& host = two;
+    host.freeMemory(host.allocateMemory(8));
+    delete heap;
+    std::make_unique<MOZEP::MOZEPMemoryAllocator>()->freeMemory(nullptr);
+}
+END
         ;;
     *)
         echo "unknown step $step"

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "core/columns.h"
 #include "mozep.h"
 #include "support/invented_cpu.h"
+#include "support/machine.h"
 #include "zeps.h"
 
 namespace zep::test {
@@ -67,6 +70,124 @@ TEST_F(Selection, TakesSse41WhereTheSystemDoesNotSaveTheAvxState) {
 TEST_F(Selection, NeedsSsse3BesideMovbeForTheAtomVariant) {
     expectAuto(kMovbe, 0, zepStsNotSupportedCpu, 0, 0x7);
     expectAuto(kSse3 | kMovbe, 0, zepStsNoErr, 1, 0xF);
+}
+
+// A processor that has all the widest column needs; each need can be taken away by its place.
+struct Place {
+    const char* name;
+    std::uint32_t leaf;
+    std::uint32_t CpuidRegisters::*reg;
+    int bit;
+};
+constexpr auto kEbx = &CpuidRegisters::ebx, kEcx = &CpuidRegisters::ecx;
+constexpr std::uint32_t kExtendedLeaf = 0x80000001;
+constexpr std::uint64_t kWideStates = 0xE6;  // XMM, YMM, masks, upper ZMM, ZMM16 to 31
+constexpr Place kNeedsOfSix[] = {
+    {"FMA", 1, kEcx, 12},  {"MOVBE", 1, kEcx, 22}, {"F16C", 1, kEcx, 29},           {"BMI1", 7, kEbx, 3},
+    {"AVX2", 7, kEbx, 5},  {"BMI2", 7, kEbx, 8},   {"LZCNT", kExtendedLeaf, kEcx, 5},
+};
+constexpr Place kNeedsOfSeven[] = {
+    {"AVX512F", 7, kEbx, 16},  {"AVX512DQ", 7, kEbx, 17},  {"AVX512CD", 7, kEbx, 28},    {"AVX512BW", 7, kEbx, 30},
+    {"AVX512VL", 7, kEbx, 31}, {"AVX512_VBMI", 7, kEcx, 1}, {"AVX512_VBMI2", 7, kEcx, 6},
+};
+
+InventedCpu::Leaves widestProcessor() {
+    InventedCpu::Leaves leaves{{0, InventedCpu::intelVendor(7)},
+                               {1, features(kUpToAvx)},
+                               {7, {}},
+                               {0x80000000, {kExtendedLeaf, 0, 0, 0}},
+                               {kExtendedLeaf, {}}};
+    for (const Place& p : kNeedsOfSix) leaves[p.leaf].*p.reg |= 1u << p.bit;
+    for (const Place& p : kNeedsOfSeven) leaves[p.leaf].*p.reg |= 1u << p.bit;
+    return leaves;
+}
+InventedCpu::Leaves widestWithout(const Place& p) {
+    InventedCpu::Leaves leaves = widestProcessor();
+    leaves[p.leaf].*p.reg &= ~(1u << p.bit);
+    return leaves;
+}
+
+// To a caller every slot from 5 on is e9.
+void expectAvxSlot(const InventedCpu::Leaves& leaves, std::uint64_t xcr0, int slot, const std::string& why,
+                   std::uint64_t mask = 0xFDF) {
+    InventedCpu cpu(leaves);
+    cpu.xcr0(xcr0);
+    n8Selected = 77;
+    EXPECT_EQ(zepSelectVariantAuto(), zepStsNoErr) << why;
+    EXPECT_EQ(variantIndex, slot) << why;
+    EXPECT_EQ(n8Selected, 0) << why;
+    EXPECT_EQ(enabledFeatures, mask) << why;
+}
+
+TEST_F(Selection, TakesTheWidestColumnThatProcessorAndSystemHave) {
+    expectAvxSlot(widestProcessor(), kWideStates | 1, 7, "all of it");
+    for (const Place& p : kNeedsOfSeven) {
+        expectAvxSlot(widestWithout(p), kWideStates, 6, std::string("without ") + p.name);
+        expectAvxSlot(widestWithout(p), kXmmYmm, 6, std::string("without the states and ") + p.name);
+    }
+    for (const Place& p : kNeedsOfSix)
+        for (const std::uint64_t xcr0 : {kWideStates, kXmmYmm})
+            expectAvxSlot(widestWithout(p), xcr0, 5, std::string("without ") + p.name);
+}
+
+TEST_F(Selection, TakesAWiderColumnOnlyWhereTheSystemSavesItsRegisters) {
+    expectAvxSlot(widestProcessor(), kXmmYmm, 6, "no state of AVX-512");
+    for (const int bit : {5, 6, 7})
+        expectAvxSlot(widestProcessor(), kWideStates & ~(1u << bit), 6, "state " + std::to_string(bit));
+    for (const int bit : {1, 2})
+        expectAvxSlot(widestProcessor(), kWideStates & ~(1u << bit), 4, "state " + std::to_string(bit), 0xCDF);
+    InventedCpu::Leaves hidden = widestProcessor();
+    hidden[1].ecx &= ~kOsxsave;
+    expectAvxSlot(hidden, kWideStates, 4, "no XGETBV", 0xCDF);
+}
+
+TEST_F(Selection, BelievesNoLeafThatTheProcessorDoesNotHave) {
+    InventedCpu::Leaves leaves = widestProcessor();
+    leaves[0] = InventedCpu::intelVendor(6);
+    expectAvxSlot(leaves, kWideStates, 5, "leaf 7 beyond the last");
+    leaves = widestProcessor();
+    leaves[0x80000000] = {0x80000000, 0, 0, 0};
+    expectAvxSlot(leaves, kWideStates, 5, "no extended features");
+    leaves[0x80000000] = {7, 0, 0, 0};
+    expectAvxSlot(leaves, kWideStates, 5, "no extended leaves at all");
+}
+
+TEST_F(Selection, VetoOfAvxFallsBackFromTheWiderColumnsToo) {
+    avxAllowed = 0;
+    expectAvxSlot(widestProcessor(), kWideStates, 4, "vetoed", 0xCDF);
+}
+
+TEST_F(Selection, GivesAnotherVendorTheWidestColumnToo) {
+    InventedCpu::Leaves leaves = widestProcessor();
+    leaves[0] = InventedCpu::amdVendor(7);
+    InventedCpu cpu(leaves);
+    cpu.xcr0(kWideStates);
+    EXPECT_EQ(zepSelectVariantAuto(), zepStsNonIntelCpu);
+    EXPECT_EQ(variantIndex, 7);
+}
+
+TEST_F(Selection, ForcesTheColumnOfASlot) {
+    static constexpr std::uint64_t kMasks[] = {0x7, 0xF, 0x1F, 0x3F, 0xCDF, 0xFDF, 0xFDF, 0xFDF};
+    for (int slot = 0; slot < kVariantSlots; ++slot) {
+        n8Selected = 77;
+        EXPECT_EQ(zepSelectColumn(slot), zepStsNoErr);
+        EXPECT_EQ(variantIndex, slot);
+        EXPECT_EQ(enabledFeatures, kMasks[slot]);
+        EXPECT_EQ(n8Selected, slot == 3 ? 1 : 0);
+    }
+    for (const int slot : {-1, kVariantSlots, -0x7FFFFFFF - 1, 0x7FFFFFFF}) {
+        EXPECT_EQ(zepSelectColumn(slot), zepStsCpuMismatch);
+        EXPECT_EQ(variantIndex, kVariantSlots - 1);
+    }
+}
+
+// The library's account of this machine and the operating system's are independent of each other.
+TEST_F(Selection, TakesTheBestColumnThatRunsHere) {
+    int best = 0;
+    for (const Column& c : kColumns)
+        if (runsHere(c)) best = c.slot;
+    zepSelectVariantAuto();
+    EXPECT_EQ(variantIndex, best);
 }
 
 TEST_F(Selection, ReportsAnotherVendorAndStillEarnsTheVariant) {

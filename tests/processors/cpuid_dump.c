@@ -12,6 +12,7 @@ int main(void) {
     const unsigned plain[] = {0, 1, 2, 0x20000001, 0x80000000, 0x80000001, 0x80000008};
     for (unsigned i = 0; i < sizeof plain / sizeof plain[0]; ++i) dump(plain[i], 0);
     for (unsigned subleaf = 0; subleaf < 32; ++subleaf) dump(4, subleaf);
+    dump(7, 0);
     dump(11, 0);
     dump(11, 1);
 

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "core/selection.h"
 #include "mozep.h"
 #include "zeps.h"
 
@@ -78,6 +79,7 @@ int main() {
     const ZepStatus cacheStatus = zepGetMaxCacheSizeB(&cacheBytes);
     std::printf("version %s\n", zepsGetLibVersion()->versionText);
     std::printf("library %s\n", zepsGetLibVersion()->libName);
+    std::printf("slot %d\n", zep::variantIndex);
     std::printf("tag %.4s\n", zepsGetLibVersion()->targetTag);
     std::printf("status %d\n", static_cast<int>(MOZEP::mozepStaticInitResult()));
     std::printf("type %d\n", static_cast<int>(zepGetCpuType()));

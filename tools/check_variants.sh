@@ -1,7 +1,7 @@
 #!/bin/bash
-# usage: check_variants.sh BUILD
+# usage: check_variants.sh BUILD [COLUMNS...]
 #
-# Checks that the objects of each column in a release build hold that column and nothing else. One source is compiled once for
+# Checks that the objects of each column (all of them by default) in a release build hold that column and nothing else. One source is compiled once for
 # each; whatever the linker could merge across the copies, or whatever leaves a copy, would run code of one instruction level
 # on a processor of another. The rules:
 #   1  no weak or unique symbol without the column's namespace in its name: the linker keeps one copy of such a symbol
@@ -12,7 +12,8 @@
 # Prints one line for each offence and fails if there is any.
 set -euo pipefail
 export LC_ALL=C
-build=${1:?usage: check_variants.sh BUILD}
+build=${1:?usage: check_variants.sh BUILD [COLUMNS...]}
+shift
 source=$(cd "$(dirname "$0")/.." && pwd)
 
 # What compilers emit for copies and fills, what set-up computes with, where memory comes from.
@@ -22,9 +23,10 @@ permitted="memcpy memmove memset memcmp bcmp malloc calloc realloc free
 
 dispatched=$(sed -nE 's/^ZEP_EXPORT(_N8)?\((\w+)\).*/\2/p' "$source/src/core/exports.def")
 core=$(grep -v '^#' "$source/src/core/core_exports.txt")
-columns=$(sed -nE 's/^ *X\(arg, [0-9], (\w+), .*/\1/p' "$source/src/core/columns.def")
+all=$(sed -nE 's/^ *X\(arg, [0-9], (\w+), .*/\1/p' "$source/src/core/columns.def")
+columns=${*:-$all}
 # As names of a namespace are written in symbols: 2m7 7e9_avx2.
-namespaces=$(for column in $columns; do printf '%d%s ' ${#column} "$column"; done)
+namespaces=$(for column in $all; do printf '%d%s ' ${#column} "$column"; done)
 
 check_symbols() {  # column objects...
     local column=$1

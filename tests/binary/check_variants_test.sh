@@ -35,7 +35,7 @@ right_tree() {
 
 expect() {  # description, pattern of the line that must be printed; empty: the check must pass
     local output status=0
-    output=$("$checker" "$tree" 2>&1) || status=$?
+    output=$("$checker" "$tree" $columns 2>&1) || status=$?
     if [ -z "$2" ] && [ $status -eq 0 ]; then
         echo "ok: $1"
     elif [ -n "$2" ] && [ $status -eq 1 ] && grep -qE "$2" <<< "$output"; then
@@ -177,7 +177,7 @@ wrong "a static constructor" "rule 4: .*zep_y8.dir/wrong.o" y8 <<< "
 right_tree
 rm -r "$tree/zep_n8.dir"
 status=0
-"$checker" "$tree" > "$work/log" || status=$?
+"$checker" "$tree" $columns > "$work/log" || status=$?
 [ $status -eq 2 ] && echo "ok: a missing variant" || { echo "FAILED: a missing variant (exit $status)"; failures=$((failures + 1)); }
 
 [ $failures -eq 0 ]

@@ -13,6 +13,7 @@
 #include "reference/dft.h"
 #include "support/guarded_buffer.h"
 #include "support/random.h"
+#include "support/sweep.h"
 #include "support/variant.h"
 #include "zeps.h"
 
@@ -215,12 +216,5 @@ inline double documentedFactor(int order, int flag, Direction direction) {
 // 1/sqrt(N) comes from an estimate with a relative error e below 1.5 * 2^-12 and one Newton step,
 // which leaves 1.5 * e^2 < 3.4 * 2^-24 and four roundings of at most 2^-24 each: less than 2^-21.
 inline constexpr double kRootFactorError = 0x1p-21;
-
-// Instrumented builds run several times slower and take several times the memory.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr bool kInstrumented = true;
-#else
-inline constexpr bool kInstrumented = false;
-#endif
 
 }  // namespace zep::test

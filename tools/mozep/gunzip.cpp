@@ -1,7 +1,8 @@
 // mozep gunzip: decompresses gzip files (RFC 1952) and zlib streams (RFC 1950).
 #include <zlib.h>
 
-#include <optional>
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -27,21 +28,29 @@ public:
           progress_(in.size()),
           inflater_(in, [this](const Zep8u* data, std::size_t bytes) { take(data, bytes); }) {}
 
-    void run() {
+    // What the user should know although all is well; empty if nothing.
+    std::string run() {
         if (!in_.reach(2)) fail(in_.reach(1) ? "is too short to be compressed data" : "is empty");
-        if (in_.next[0] == 0x1F && in_.next[1] == 0x8B) {
+        if (atGzipMember()) {
             do gzipMember();
-            while (in_.reach(2) && in_.next[0] == 0x1F && in_.next[1] == 0x8B);
-        } else if ((in_.next[0] & 15) == 8 && (in_.next[0] * 256 + in_.next[1]) % 31 == 0) {
-            zlibStream();
+            while (atGzipMember());
+        } else if (atZlibStream()) {
+            do zlibStream();
+            while (atZlibStream());
         } else {
             fail("is neither gzip nor zlib data");
         }
-        if (!in_.onlyZerosLeft()) fail("has other data behind the compressed data");
+        return in_.onlyZerosLeft() ? "" : "other data behind the compressed data is ignored";
     }
 
 private:
     enum class Check { Crc32, Adler32 };
+
+    bool atGzipMember() { return in_.reach(2) && in_.next[0] == 0x1F && in_.next[1] == 0x8B; }
+    bool atZlibStream() {
+        return in_.reach(2) && (in_.next[0] & 15) == 8 &&
+               (in_.next[0] * 256 + in_.next[1]) % 31 == 0;
+    }
 
     [[noreturn]] void fail(const std::string& what) const {
         throw Failure(in_.name() + ": " + what);
@@ -146,38 +155,53 @@ private:
     std::uint64_t length_ = 0;
 };
 
-// The input's name without its last extension.
+// The input's name without its last extension, in capital letters or small ones.
 std::string outputName(const std::string& file) {
+    std::string small = file;
+    for (char& c : small)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
     for (const std::string_view suffix : {".gz", ".zz", ".zlib"})
-        if (file.size() > suffix.size() && file.ends_with(suffix) &&
-            file[file.size() - suffix.size() - 1] != '/')
+        if (small.size() > suffix.size() && small.ends_with(suffix) &&
+            small[small.size() - suffix.size() - 1] != '/')
             return file.substr(0, file.size() - suffix.size());
-    if (file.ends_with(".tgz")) return file.substr(0, file.size() - 3) + "tar";
+    if (small.ends_with(".tgz"))
+        return file.substr(0, file.size() - 2) + (file.ends_with("Z") ? "AR" : "ar");
     throw Failure(file + ": has no known extension to remove; name the output with -o");
 }
 
 void gunzip(const Options& options) {
+    using Existing = GunzipOutput::Existing;
     GunzipInput in(options.file);
     const bool named = !options.output.empty();
-    GunzipOutput out(options.toStdout ? ""
-                     : named          ? options.output
-                                      : outputName(options.file),
-                     named || options.force);
-    Gunzip(in, out).run();
-    out.commit();
+    const bool toStdout =
+        options.toStdout || options.output == "-" || (!named && options.file == "-");
+    GunzipOutput out(toStdout ? ""
+                     : named  ? options.output
+                              : outputName(options.file),
+                     named || options.force ? Existing::Replace : Existing::Refuse);
+    const std::string warning = Gunzip(in, out).run();
+    out.commit(in.status());
+    if (!warning.empty())
+        std::fprintf(stderr, "mozep gunzip: %s: %s\n", in.name().c_str(), warning.c_str());
 }
 
 }  // namespace
 
 void addGunzip(CLI::App& app) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = app.add_subcommand("gunzip",
-                                           "Decompress a gzip or zlib file. The input is kept; the "
-                                           "output appears under its name when complete.");
-    command->add_option("FILE", options->file, "gzip file of one or more members, or zlib stream")
+    CLI::App* command = app.add_subcommand(
+        "gunzip",
+        "Decompress a gzip or zlib file. The input is kept; the output appears under its name when "
+        "complete, with the input's permissions and time. Data of another kind behind the "
+        "compressed data is named in a warning and ignored.");
+    command
+        ->add_option("FILE", options->file,
+                     "gzip or zlib file of one or more members; - is the standard input")
         ->required();
-    CLI::Option* output = command->add_option(
-        "-o,--output", options->output, "file to write or replace (default: FILE without .gz)");
+    CLI::Option* output =
+        command->add_option("-o,--output", options->output,
+                            "file to write or replace; of a symbolic link the target; - is the "
+                            "standard output (default: FILE without .gz)");
     command->add_flag("--stdout", options->toStdout, "write to the standard output")
         ->excludes(output);
     command->add_flag("-f,--force", options->force, "replace an existing file without -o too");

@@ -1,7 +1,6 @@
 #include "gunzip_input.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,20 +11,19 @@
 
 namespace mozep_program {
 
-GunzipInput::GunzipInput(const std::string& name) : name_(name), buffer_(kStepBack + kPiece) {
+GunzipInput::GunzipInput(const std::string& name)
+    : name_(name == "-" ? "standard input" : name), buffer_(kStepBack + kPiece) {
     next = buffer_.data() + kStepBack;
-    file_ = open(name.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat status {};
-    if (file_ < 0 || fstat(file_, &status) != 0) {
+    file_ = name == "-" ? dup(STDIN_FILENO) : open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file_ < 0 || fstat(file_, &status_) != 0) {
         const std::string reason = std::strerror(errno);
         if (file_ >= 0) close(file_);
-        throw Failure(name + ": " + reason);
+        throw Failure(name_ + ": " + reason);
     }
-    if (S_ISDIR(status.st_mode)) {
+    if (S_ISDIR(status_.st_mode)) {
         close(file_);
-        throw Failure(name + ": is a directory");
+        throw Failure(name_ + ": is a directory");
     }
-    size_ = static_cast<double>(status.st_size);
 }
 
 GunzipInput::~GunzipInput() { close(file_); }

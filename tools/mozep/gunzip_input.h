@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/stat.h>
 #include <zeps.h>
 
 #include <cstddef>
@@ -14,6 +15,7 @@ namespace mozep_program {
 // piece.
 class GunzipInput {
 public:
+    // "-" is the standard input.
     explicit GunzipInput(const std::string& name);
     ~GunzipInput();
     GunzipInput(const GunzipInput&) = delete;
@@ -30,7 +32,8 @@ public:
     bool onlyZerosLeft();
 
     const std::string& name() const { return name_; }
-    double size() const { return size_; }  // of the file, 0 if it has none
+    const struct stat& status() const { return status_; }
+    double size() const { return static_cast<double>(status_.st_size); }  // 0 if it has none
     double consumed() const { return static_cast<double>(read_) - left; }
 
     Zep8u* next;
@@ -42,7 +45,7 @@ private:
     std::string name_;
     std::vector<Zep8u> buffer_;
     std::uint64_t read_ = 0;
-    double size_ = 0;
+    struct stat status_ {};
     int file_ = -1;
 };
 

@@ -1,10 +1,11 @@
 #include "gunzip_output.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -12,38 +13,109 @@
 #include "commands.h"
 
 namespace mozep_program {
+namespace {
 
-GunzipOutput::GunzipOutput(const std::string& name, bool replace) : name_(name) {
+// Signals by which a user or the system ends a program that means to tidy up.
+constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP, SIGXCPU, SIGXFSZ};
+
+// What a signal removes; written only while signals are held back.
+char partialFile[PATH_MAX];
+
+extern "C" void removePartialFile(int signal) {
+    if (partialFile[0] != '\0') unlink(partialFile);
+    // The handler has been reset: this ends the program as the signal would have done.
+    raise(signal);
+}
+
+// Between these a temporary name and what a signal removes may differ.
+class SignalsHeld {
+public:
+    SignalsHeld() {
+        sigset_t ending;
+        sigemptyset(&ending);
+        for (const int signal : kEnding) sigaddset(&ending, signal);
+        sigprocmask(SIG_BLOCK, &ending, &before_);
+    }
+    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+
+private:
+    sigset_t before_;
+};
+
+void removeOnSignals(const std::string& name) {
+    std::snprintf(partialFile, sizeof partialFile, "%s", name.c_str());
+    for (const int signal : kEnding) {
+        struct sigaction action {};
+        // One that is ignored, as by nohup, stays so.
+        if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
+        action.sa_handler = removePartialFile;
+        action.sa_flags = static_cast<int>(SA_RESETHAND);
+        sigaction(signal, &action, nullptr);
+    }
+}
+
+std::size_t lengthOfFolder(const std::string& name) {
+    return name.rfind('/') + 1;  // 0 without one
+}
+
+// The name behind a chain of symbolic links, which need not exist.
+std::string behindLinks(std::string name) {
+    char link[PATH_MAX];
+    for (int depth = 0; depth < 40; ++depth) {
+        const ssize_t length = readlink(name.c_str(), link, sizeof link);
+        if (length < 0) break;
+        const std::string next(link, static_cast<std::size_t>(length));
+        name = next.starts_with('/') ? next : name.substr(0, lengthOfFolder(name)) + next;
+    }
+    return name;
+}
+
+}  // namespace
+
+GunzipOutput::GunzipOutput(const std::string& name, Existing existing) : name_(name) {
     if (name.empty()) {
         name_ = "standard output";
         file_ = STDOUT_FILENO;
         return;
     }
     struct stat status {};
-    const bool exists = stat(name.c_str(), &status) == 0;
+    if (existing == Existing::Refuse && lstat(name.c_str(), &status) == 0)
+        throw Failure(name + ": exists already; --force replaces it");
+    target_ = behindLinks(name);
+    const bool exists = stat(target_.c_str(), &status) == 0;
+    if (!exists && errno != ENOENT) fail();
     if (exists && S_ISDIR(status.st_mode)) throw Failure(name + ": is a directory");
-    if (exists && !replace) throw Failure(name + ": exists already; --force replaces it");
     if (exists && !S_ISREG(status.st_mode)) {
         // A device or a pipe cannot be replaced by a file.
-        file_ = open(name.c_str(), O_WRONLY | O_CLOEXEC);
+        file_ = open(target_.c_str(), O_WRONLY | O_CLOEXEC);
     } else {
-        const std::size_t slash = name.rfind('/') + 1;  // 0 without one
-        temporary_ = name.substr(0, slash) + "." + name.substr(slash, 200) + ".XXXXXX";
-        file_ = mkostemp(temporary_.data(), O_CLOEXEC);
-        if (file_ >= 0) {
-            const mode_t mask = umask(0);
-            umask(mask);
-            fchmod(file_, exists ? status.st_mode & 07777 : 0666 & ~mask);
-        } else {
-            temporary_.clear();
-        }
+        const mode_t mask = umask(0);
+        umask(mask);
+        mode_ = exists ? status.st_mode & 0777 : 0666 & ~mask;
+        makeTemporary();
     }
     if (file_ < 0) fail();
 }
 
+// Readable for nobody else before it is whole.
+void GunzipOutput::makeTemporary() {
+    const std::size_t folder = lengthOfFolder(target_);
+    std::string pattern = target_.substr(0, folder) + "." + target_.substr(folder, 200) + ".XXXXXX";
+    const SignalsHeld held;
+    file_ = mkostemp(pattern.data(), O_CLOEXEC);
+    if (file_ < 0) return;
+    temporary_ = pattern;
+    removeOnSignals(temporary_);
+}
+
 GunzipOutput::~GunzipOutput() {
     if (file_ >= 0 && file_ != STDOUT_FILENO) close(file_);
-    if (!temporary_.empty()) unlink(temporary_.c_str());
+    if (temporary_.empty()) return;
+    const SignalsHeld held;
+    unlink(temporary_.c_str());
+    partialFile[0] = '\0';
 }
 
 void GunzipOutput::fail() const { throw Failure(name_ + ": " + std::strerror(errno)); }
@@ -58,11 +130,18 @@ void GunzipOutput::write(const std::uint8_t* data, std::size_t bytes) {
     }
 }
 
-void GunzipOutput::commit() {
+void GunzipOutput::commit(const struct stat& input) {
     if (temporary_.empty()) return;
+    const bool like = S_ISREG(input.st_mode);
+    const struct timespec times[2] = {input.st_atim, input.st_mtim};
+    // Where the file system knows no permissions, the contents are what counts.
+    (void)fchmod(file_, like ? input.st_mode & 0777 : mode_);
+    if (like) (void)futimens(file_, times);
     if (fsync(file_) != 0) fail();
-    if (std::rename(temporary_.c_str(), name_.c_str()) != 0) fail();
+    const SignalsHeld held;
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail();
     temporary_.clear();
+    partialFile[0] = '\0';
 }
 
 }  // namespace mozep_program

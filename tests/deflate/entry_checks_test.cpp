@@ -131,6 +131,24 @@ TEST_P(DeflateEntry, HuffmanDecodersAcceptAnEmptyInputAtAnyAddress) {
     }
 }
 
+// The header of a block of another type: two bytes are read where they stand in one aligned word.
+TEST_P(DeflateEntry, AnotherTypeOfBlockIsRefusedAtEvenAndOddAddresses) {
+    for (const HuffmanEntry decode : huffmanEntries())
+        for (int skew = 0; skew < 4; ++skew)
+            for (int len = 1; len <= 3; ++len) {
+                GuardedBuffer<Zep8u> src(len, Edge::Front, skew);
+                std::fill(src.begin(), src.end(), Zep8u{0});
+                Zep8u* pSrc = src.data();
+                Zep32s srcLen = len;
+                const StatePtr state = makeState();
+                EXPECT_EQ(decode(&pSrc, &srcLen, &pDst_, &dstLen_, nullptr, state.get()),
+                          zepStsErr);
+                const int taken = len > 1 && skew % 2 == 0 ? 2 : 1;
+                EXPECT_EQ(pSrc, src.data() + taken);
+                EXPECT_EQ(srcLen, len - taken);
+            }
+}
+
 TEST_P(DeflateEntry, TheReservedArgumentIsNotLookedAt) {
     void* const nowhere = reinterpret_cast<void*>(1);
     EXPECT_EQ(

@@ -170,15 +170,16 @@ TEST_P(DeflateStoredBlock, SkipsTheBitsUpToTheByteWhateverTheyAre) {
     }
 }
 
-// A stored block after 1000 bytes of history, with a fixed block behind it whose matches reach into
+// A stored block after some bytes of history, with a fixed block behind it whose matches reach into
 // it.
 struct HeldCase {
     Bytes stream;
     int blockAt;  // position of the stored block's header byte
 };
-HeldCase heldCase(int len) {
+HeldCase heldCase(int len, int before = 1000) {
     DeflateWriter out;
-    out.stored(false, counting(1000));
+    for (int left = before; left >= 0; left -= 65535)
+        out.stored(false, counting(std::min(left, 65535)));
     const int blockAt = static_cast<int>(out.bytes().size());
     out.stored(false, counting(len, 100));
     out.fixed(true);
@@ -192,8 +193,12 @@ HeldCase heldCase(int len) {
 // Brings the session to the beginning of the block, its header read, with held bytes of what
 // follows in the buffer.
 void standBefore(Session& session, const HeldCase& c, int held) {
-    ASSERT_EQ(session.blockType(1), zepStsNoErr);
-    ASSERT_EQ(session.decodeBlock(c.blockAt, 1000), zepStsNoErr);
+    while (session.position() < c.blockAt) {
+        ASSERT_EQ(session.blockType(1), zepStsNoErr);
+        int status = zepStsDstSizeLessExpected;
+        while (status == zepStsDstSizeLessExpected) status = session.decodeBlock(c.blockAt, 20000);
+        ASSERT_EQ(status, zepStsNoErr);
+    }
     ASSERT_EQ(session.blockType(1), zepStsNoErr);
     // Up to the byte boundary; LEN comes next.
     ASSERT_EQ(session.decodeBlock(0, 1), zepStsSrcSizeLessExpected);
@@ -258,6 +263,24 @@ TEST_P(DeflateStoredBlock, ABlockShorterThanWhatIsHeldReturnsTheSurplus) {
     EXPECT_EQ(session.output().size(), 1001u);
     EXPECT_EQ(session.fields().windowPos, 1000 - 2);
     EXPECT_EQ(session.fields().storedRemaining, 0);
+}
+
+TEST_P(DeflateStoredBlock, TheSurplusMovesBackAcrossTheBeginningOfTheHistory) {
+    for (const int whole : {0, 32768})
+        for (int more = 0; more <= 3; ++more)
+            for (int held = 5; held <= 8; ++held)
+                for (int len = 1; len < held - 4; ++len) {
+                    const HeldCase c = heldCase(len, whole + more);
+                    Session session(c.stream);
+                    standBefore(session, c, held);
+                    const int before = session.fields().windowPos;
+                    ASSERT_EQ(before, more);
+                    ASSERT_EQ(session.decodeBlock(100, 100), zepStsNoErr);
+                    ASSERT_EQ(session.fields().windowPos,
+                              (before - (held - 4 - len) + 32768) % 32768);
+                    ASSERT_EQ(session.run(everyCall(100, 100)), zepStsStreamEnd)
+                        << session.failure();
+                }
 }
 
 TEST_P(DeflateStoredBlock, TheSurplusNeverPassesTheRoom) {

@@ -17,5 +17,6 @@
 #include "zeps/memory.h"
 #include "zeps/movement.h"
 #include "zeps/version.h"
+#include "zepsc.h"
 
 #endif

@@ -13,6 +13,9 @@
 #include "zepcore.h"
 #include "zepsc/g711.h"
 #include "zepsc/g726.h"
+#include "zepsc/g728_analysis.h"
+#include "zepsc/g728_filters.h"
+#include "zepsc/g728_postfilter.h"
 #include "zepsc/rates.h"
 
 #endif

@@ -2,10 +2,9 @@
 #include "speech/g711.h"
 
 #include <cstddef>
-#include <cstring>
 
 #include "core/checks.h"
-#include "core/variant_exports.h"
+#include "speech/state_memory.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
@@ -14,10 +13,7 @@ template <class From, class To, class Law>
 inline ZepStatus convert(const From* pSrc, To* pDst, int len, Law law) {
     if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
     for (std::ptrdiff_t n = 0; n < len; ++n) {
-        From x;
-        std::memcpy(&x, pSrc + n, sizeof x);
-        const To y = law(x);
-        std::memcpy(pDst + n, &y, sizeof y);
+        put(To{law(fetch<From>(pSrc + n))}, pDst + n);
     }
     return zepStsNoErr;
 }

@@ -7,13 +7,6 @@
 namespace zep::ZEP_VARIANT {
 namespace {
 
-ZepStatus report(Zep32u* pSize, int bytes) {
-    if (pSize == nullptr) return zepStsNullPtrErr;
-    const auto size = static_cast<Zep32u>(bytes);
-    std::memcpy(pSize, &size, sizeof size);
-    return zepStsNoErr;
-}
-
 int rateIndex(Zep32s rate) {
     switch (rate) {
         case ZEP_SPCHBR_16000:
@@ -33,8 +26,8 @@ void start(ZepG726State* pState, int bytes, int rate, int law) {
     g726::StateWords s;
     s.rateIndex = static_cast<Zep16s>(rate);
     s.lawMode = static_cast<Zep16s>(law);
-    zepsZero_8u(reinterpret_cast<Zep8u*>(pState), bytes);
-    g726::store(s, pState);
+    clearState(pState, bytes);
+    put(s, pState);
 }
 
 // A zero count is an error and a negative one is nothing to do.
@@ -96,10 +89,10 @@ std::uint8_t tandemCode(const g726::Channel<rateIndex>& channel, int code) {
 }  // namespace
 
 ZepStatus zepsEncodeGetStateSize_G726_16s8u(Zep32u* pSize) {
-    return report(pSize, g726::kEncoderBytes);
+    return reportSize(pSize, g726::kEncoderBytes);
 }
 ZepStatus zepsDecodeGetStateSize_G726_8u16s(Zep32u* pSize) {
-    return report(pSize, g726::kDecoderBytes);
+    return reportSize(pSize, g726::kDecoderBytes);
 }
 
 ZepStatus zepsEncodeInit_G726_16s8u(ZepG726State* pState, Zep32s rate) {
@@ -122,9 +115,7 @@ ZepStatus zepsEncode_G726_16s8u(ZepG726State* pState, const Zep16s* pSrc, Zep8u*
     if (const ZepStatus s = checkStream(pState, pSrc, pDst, len); s != zepStsNoErr) return s;
     g726::withChannel(pState, [=](auto& channel, const g726::StateWords&) {
         for (std::ptrdiff_t n = 0; n < len; ++n) {
-            Zep16s x;
-            std::memcpy(&x, pSrc + n, sizeof x);
-            const int code = channel.quantize(x - channel.estimate());
+            const int code = channel.quantize(fetch<Zep16s>(pSrc + n) - channel.estimate());
             channel.advance(code);
             pDst[n] = static_cast<Zep8u>(code);
         }
@@ -140,7 +131,7 @@ ZepStatus zepsDecode_G726_8u16s(ZepG726State* pState, const Zep8u* pSrc, Zep16s*
                 const int code = pSrc[n] & channel.kRate.codeMask();
                 const auto y = static_cast<Zep16s>(output(code));
                 channel.advance(code);
-                std::memcpy(pDst + n, &y, sizeof y);
+                put(y, pDst + n);
             }
         };
         if (state.lawMode == ZEP_G726_MULAW)

@@ -8,6 +8,7 @@
 #include "speech/g726_predictor.h"
 #include "speech/g726_state.h"
 #include "speech/g726_tables.h"
+#include "speech/state_memory.h"
 
 namespace zep::ZEP_VARIANT::g726 {
 
@@ -102,7 +103,7 @@ private:
 // Runs f with the channel of the state's rate, then keeps what it has become.
 template <class F>
 inline void withChannel(ZepG726State* pState, F f) {
-    StateWords s = load(pState);
+    auto s = fetch<StateWords>(pState);
     const auto run = [&]<int rateIndex>() {
         Channel<rateIndex> channel(s);
         f(channel, s);
@@ -122,7 +123,7 @@ inline void withChannel(ZepG726State* pState, F f) {
             run.template operator()<3>();
             break;
     }
-    store(s, pState);
+    put(s, pState);
 }
 
 }  // namespace zep::ZEP_VARIANT::g726

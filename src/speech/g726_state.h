@@ -2,9 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
-
-#include "zepsc/g726.h"
 
 namespace zep::ZEP_VARIANT::g726 {
 
@@ -27,15 +24,5 @@ struct StateWords {
     std::int16_t lawMode = 0;
 };
 static_assert(sizeof(StateWords) <= kEncoderBytes);
-
-inline StateWords load(const ZepG726State* pState) {
-    StateWords words;
-    std::memcpy(static_cast<void*>(&words), pState, sizeof words);
-    return words;
-}
-
-inline void store(const StateWords& words, ZepG726State* pState) {
-    std::memcpy(static_cast<void*>(pState), &words, sizeof words);
-}
 
 }  // namespace zep::ZEP_VARIANT::g726

@@ -118,9 +118,8 @@ ZEP_API ZepStatus zepsCopy_1u(const Zep8u* pSrc, int srcBitOffset, Zep8u* pDst, 
  * Reversal of a vector: pDst[n] = pSrc[len - 1 - n], n = 0 .. len-1.
  *
  * @param pSrc     len elements; any alignment.
- * @param pDst     len elements; any alignment; must not overlap pSrc (the forms named _I work in
- *                 place).
- * @param pSrcDst  len elements; any alignment.
+ * @param pDst     len elements; any alignment; must not overlap pSrc. The forms named _I have
+ *                 pSrcDst in place of both.
  * @param len      elements.
  * @return         zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order;
  *                 else zepStsNoErr.
@@ -157,8 +156,8 @@ ZEP_API ZepStatus zepsInterleave_32f(const Zep32f* const* pSrc, int ch, int len,
  *
  * @param pSrc     len elements; any alignment.
  * @param val      mask.
- * @param pDst     len elements; any alignment; may equal pSrc, must not overlap it otherwise.
- * @param pSrcDst  len elements; any alignment.
+ * @param pDst     len elements; any alignment; may equal pSrc, must not overlap it otherwise. The
+ *                 forms named _I have pSrcDst in place of both.
  * @param len      elements.
  * @return         zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order;
  *                 else zepStsNoErr.
@@ -176,9 +175,9 @@ ZEP_API ZepStatus zepsAndC_32u_I(Zep32u val, Zep32u* pSrcDst, int len);
  *
  * @param pSrc1    len elements; any alignment.
  * @param pSrc2    len elements; any alignment.
- * @param pSrc     len elements; any alignment.
  * @param pDst     len elements; any alignment; may equal a source, must not overlap one otherwise.
- * @param pSrcDst  len elements; any alignment; may equal pSrc, must not overlap it otherwise.
+ *                 The forms named _I have pSrc, one source, and pSrcDst, the other and the
+ *                 destination, under the same rule.
  * @param len      elements.
  * @return         zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order;
  *                 else zepStsNoErr.

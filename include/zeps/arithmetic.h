@@ -5,7 +5,7 @@
  * holds for all of them:
  *
  * - pSrc, pSrc1, pSrc2, pDst, pSrcDst: vectors of len elements; a complex element counts once. Any
- *   alignment, and none changes a result (zepsSqrt_32f says more).
+ *   alignment; it changes no result but last bits of zepsSqrt_32f, which says which.
  * - A destination may equal a source; other overlap is not supported. The _I forms work in place.
  * - Statuses, tested in this order: zepStsNullPtrErr (any pointer null), zepStsSizeErr (len not
  *   greater than 0), then what the function adds; else zepStsNoErr. After an error nothing has been

@@ -68,8 +68,26 @@ class Texts(unittest.TestCase):
         version = re.search(r"project\(mozep VERSION ([\d.]+)", read("CMakeLists.txt")).group(1)
         self.assertIn(f'"MOZEP {version}"', page.splitlines()[0])
 
+    def test_tell_alignment_as_it_is(self):
+        for text in ("README.md", "docs/index.md", "docs/architecture.md"):
+            content = " ".join(read(text).split())
+            self.assertNotRegex(content, r"never changes? a result", text)
+            for exception in ("zepsSqrt_32f", "zepsInterleave_*"):
+                self.assertIn(exception, content, text)
+
+    def test_name_what_returns_no_status(self):
+        declared = [d for h in headers() for d in re.findall(r"ZEP_API ([^;(]*?)\s*\b(zep\w+)\(", h.read_text())]
+        silent = {name for result, name in declared if result != "ZepStatus"}
+        self.assertGreater(len(silent), 20)
+        for text in ("README.md", "docs/index.md"):
+            content = read(text)
+            for name in silent:
+                known = name in content or ("GetLibVersion" in name and "`GetLibVersion`" in content) or \
+                    (name.startswith("zepsMalloc_") and "`zepsMalloc_*`" in content)
+                self.assertTrue(known, f"{text}: {name}")
+
     def test_links_and_named_files_exist(self):
-        for text in [SOURCE / "README.md", SOURCE / "CONTRIBUTING.md", SOURCE / "CHANGELOG.md", *SOURCE.glob("docs/*.md")]:
+        for text in [SOURCE / "README.md", SOURCE / "CONTRIBUTING.md", SOURCE / "CHANGELOG.md", *SOURCE.glob("docs/**/*.md")]:
             content = text.read_text()
             prose = re.sub(r"^```.*?^```$", "", content, flags=re.S | re.M)  # a lambda is no link
             for link in re.findall(r"\]\(([^)#:]+)[^):]*\)", prose):

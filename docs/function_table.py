@@ -71,7 +71,7 @@ def page(include):
             continue
         count += len(names)
         path = header.relative_to(include).as_posix()
-        lines += [f"## {title(text)} {{#functions_{re.sub('[^a-z]', '_', path)}}}", "", f"Header: \\ref {path}", ""]
+        lines += [f"## {title(text)} {{#functions_{re.sub('[^a-z0-9]', '_', path)}}}", "", f"Header: \\ref {path}", ""]
         lines += table(names) + [""]
     lines += [f"{count} functions in all, and the C++ layer of \\ref mozep.h.", ""]
     return "\n".join(lines)

@@ -7,14 +7,18 @@
 function flush(   i, grouped, name) {
     grouped = title != "" && opens
     for (i = 1; i <= count; ++i) {
-        if (grouped && i == 1) sub(/\/\*\*/, "/** @name " title, block[i])
-        if (grouped) sub(/ \* @name .*/, " *//** @{ *//**", block[i])
-        if (grouped) sub(/ \* @\{ *$/, " *", block[i])
-        if (grouped && match(block[i], / \* @param +[A-Za-z0-9_]+ +/)) {
-            name = block[i]
-            sub(/.* @param +/, "", name)
-            sub(/ .*/, "", name)
-            block[i] = " * - `" name "` " substr(block[i], RSTART + RLENGTH)
+        if (grouped) {
+            # The title opens the group in the first two lines; "@name" stands in one of them.
+            sub(/ @name .*/, "", block[i])
+            sub(/ \* @\{ *$/, " *", block[i])
+            if (i == 1) sub(/\/\*\*/, "/** @name " title, block[i])
+            if (i == 2) sub(/^ *\*/, " *//** @{ *//**", block[i])
+            if (match(block[i], / \* @param +[A-Za-z0-9_]+ +/)) {
+                name = block[i]
+                sub(/.* @param +/, "", name)
+                sub(/ .*/, "", name)
+                block[i] = " * - `" name "` " substr(block[i], RSTART + RLENGTH)
+            }
         }
         print block[i]
     }
@@ -27,14 +31,11 @@ function flush(   i, grouped, name) {
     if (!code && $0 ~ /^ *\*/) sub(/ \.\.$/, " …")
     if ($0 ~ /@endcode/) code = 0
 }
-!inside && /^ *\/\*\* *$/ { inside = 1 }
+!inside && /^ *\/\*\* *(@name .*)?$/ { inside = 1 }
 !inside { print; next }
 {
     block[++count] = $0
-    if ($0 ~ /^ *\* @name /) {
-        title = $0
-        sub(/^ *\* @name +/, "", title)
-    }
+    if (match($0, /@name +/)) title = substr($0, RSTART + RLENGTH)
     if ($0 ~ /^ *\* @\{ *$/) opens = 1
     if ($0 ~ /\*\//) {
         inside = 0

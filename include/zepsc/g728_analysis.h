@@ -38,7 +38,10 @@ ZEP_API ZepStatus zepsWinHybridGetStateSize_G728_16s(Zep32s M, Zep32s N, Zep32s 
  *
  * @param pWindow  M + N + L window values, Q15, as the recommendation prints them: the first one
  *                 weighs the newest sample. Kept by reference, read only.
- * @param M, N, L, div  as for zepsWinHybridGetStateSize_G728_16s.
+ * @param M        as for zepsWinHybridGetStateSize_G728_16s, and so are:
+ * @param N        samples of the non-recursive part.
+ * @param L        samples per update.
+ * @param div      samples that share an exponent.
  * @param decay    0x3000: the recursive part decays by 3/4 an update; 0x2000: by 1/2. Other words
  *                 have no defined decay.
  * @param pState   memory of the size that zepsWinHybridGetStateSize_G728_16s tells.

@@ -78,8 +78,10 @@ ZEP_API ZepStatus zepsCombinedFilterZeroInput_G728_16s(const Zep16s* pSyn, const
  * @param pCoeffs   50 synthesis coefficients, of which the first 4 have an effect.
  * @param pWeights  20 weighting coefficients.
  * @param pSrc      excitation, 5 samples.
- * @param scale, pScale1, pScale2  the exponent of the excitation is scale + *pScale1 + *pScale2:
- *                  those of gain and shape vector may be given apart.
+ * @param scale     the exponent of the excitation is scale + *pScale1 + *pScale2: those of gain
+ *                  and shape vector may be given apart.
+ * @param pScale1   one exponent.
+ * @param pScale2   one exponent.
  * @param pState    as above.
  * @return          zepStsNullPtrErr (any pointer); else zepStsNoErr.
  */

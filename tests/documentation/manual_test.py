@@ -48,6 +48,8 @@ class Manual(unittest.TestCase):
         self.assertEqual(len(pages), 1, title)
         return pages[0]
 
+    maxDiff = None
+
     def test_is_built_without_a_warning(self):
         self.assertEqual((self.run_.returncode, self.run_.stderr), (0, ""))
 
@@ -58,8 +60,8 @@ class Manual(unittest.TestCase):
         for name, text in summaries.items():
             with self.subTest(name, summary=text):
                 self.assertGreater(len(text), 10)
-                # Neither cut at a dot in the midst of it, nor within brackets.
-                self.assertRegex(text, r"[\w)\]|*'\"]\.$")
+                # Neither cut at a dot in the midst of it, nor within brackets. A colon stands before a list.
+                self.assertRegex(text, r"[\w)\]|*'\"][.:]$")
                 for opening, closing in ("()", "[]"):
                     self.assertEqual(text.count(opening), text.count(closing))
 
@@ -111,6 +113,8 @@ class Manual(unittest.TestCase):
 
 
 class Comments(unittest.TestCase):
+    maxDiff = None
+
     def test_draw_no_warning_from_clang(self):
         if not CLANG:
             self.skipTest("no Clang")

@@ -187,47 +187,6 @@ TEST_P(ConstantShortCuts, AddC64fCopiesByA32BitCountOfBytes) {
     EXPECT_EQ(y.get(0), 2.5);
 }
 
-// A large range of addresses over few pages, so that vectors of gigabytes cost no memory.
-class RepeatedPages {
-public:
-    static constexpr std::size_t kPiece = std::size_t{1} << 21;
-    explicit RepeatedPages(std::size_t bytes) : bytes_(bytes) {
-        const int file = memfd_create("repeated", 0);
-        if (file < 0 || ftruncate(file, kPiece) != 0) return;
-        void* all = mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (all != MAP_FAILED) {
-            base_ = static_cast<std::byte*>(all);
-            for (std::size_t n = 0; n < bytes; n += kPiece)
-                if (mmap(base_ + n, kPiece, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, file,
-                         0) == MAP_FAILED)
-                    std::abort();
-        }
-        close(file);
-    }
-    ~RepeatedPages() {
-        if (base_ != nullptr) munmap(base_, bytes_);
-    }
-    RepeatedPages(const RepeatedPages&) = delete;
-    RepeatedPages& operator=(const RepeatedPages&) = delete;
-    Zep32f* data() { return reinterpret_cast<Zep32f*>(base_); }
-
-private:
-    std::byte* base_ = nullptr;
-    std::size_t bytes_;
-};
-
-TEST_P(ConstantShortCuts, OtherCopiesAndClearsHaveNoLimitOfBytes) {
-    constexpr int kLen = 1 << 29;  // 2^31 bytes
-    constexpr int kPeriod = int{RepeatedPages::kPiece / sizeof(Zep32f)};
-    RepeatedPages x(kLen * sizeof(Zep32f)), y(kLen * sizeof(Zep32f));
-    if (x.data() == nullptr || y.data() == nullptr) GTEST_SKIP() << "no address range of 2 GiB";
-    for (int n = 0; n < kPeriod; ++n) x.data()[n] = static_cast<Zep32f>(n);
-    ASSERT_EQ(zepsSubC_32f(x.data(), 0.0f, y.data(), kLen), zepStsNoErr);
-    for (int n = 0; n < kPeriod; ++n) ASSERT_EQ(y.data()[n], static_cast<Zep32f>(n));
-    ASSERT_EQ(zepsMulC_32f(x.data(), 0.0f, y.data(), kLen), zepStsNoErr);
-    for (int n = 0; n < kPeriod; ++n) ASSERT_EQ(y.data()[n], 0.0f);
-}
-
 ZEP_FOR_EACH_VARIANT(ConstantShortCuts);
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 Runs benchmark programs (9 repetitions, randomly interleaved) or reads their JSON output, and prints for each family
 and size our median time, the best peer's median with its name, and the ratio: below 1 the library is ahead. Rows are
-named family/implementation/size; zep_<variant> is the library.
+named family/implementation/size; zep_<column> is the library, and peers that the compiler made end in their level.
 
   tools/bench_ratio.py --build build               every benchmark program of a build
   tools/bench_ratio.py build/benchmarks/vector/arithmetic_bench --filter 'add_.*/1024'
@@ -98,11 +98,20 @@ class Results:
     def rows(self):
         for (family, size), by_name in sorted(self.times.items(), key=row_order):
             medians = {name: statistics.median(t) for name, t in by_name.items()}
-            peers = [(t, name) for name, t in medians.items() if not name.startswith(OURS)]
-            best = min(peers) if peers else None
             for name, time in medians.items():
                 if name.startswith(OURS):
-                    yield family, size, name[len(OURS):], time, best
+                    column = name[len(OURS):]
+                    peers = [(t, peer) for peer, t in medians.items() if is_peer_of(column, peer)]
+                    yield family, size, column, time, min(peers) if peers else None
+
+
+# A column is judged by every peer but those that were compiled for a level above its own.
+LEVELS_ABOVE = {"e9_avx512": (), "e9_avx2": ("-native",)}
+
+
+def is_peer_of(column, name):
+    above = LEVELS_ABOVE.get(column, ("-v3", "-native"))
+    return not name.startswith(OURS) and not name.endswith(above or ("\0",))
 
 
 # By family, then by size as a number. Interleaved runs come in random order.

@@ -34,12 +34,19 @@ Body onVectors(int size, F f) {
     };
 }
 
-template <class T, class Ours, class Loop, class Eigen>
-void addFamily(const char* family, const auto& sizes, Ours ours, Loop loop, Eigen eigen) {
+// theirs(peers, a, b, y, n) runs a function of the table.
+template <class T, class Ours, class Theirs>
+void addFamily(const char* family, const auto& sizes, Ours ours, Theirs theirs) {
     for (const int size : sizes) {
         addOurs(family, size, onVectors<T>(size, ours));
-        addPeer(family, "loop-avx", size, onVectors<T>(size, loop));
-        addPeer(family, "eigen", size, onVectors<T>(size, eigen));
+        const auto add = [&](const std::string& peer, const ArithmeticPeers* peers) {
+            addPeer(family, peer, size,
+                    onVectors<T>(size, [=](auto... x) { theirs(*peers, x...); }));
+        };
+        for (const auto& [level, peers] : peerLevels(ZEP_PEERS(arithmeticLoops)))
+            add("loop-" + level, peers);
+        for (const auto& [level, peers] : peerLevels(ZEP_PEERS(arithmeticEigen)))
+            add("eigen-" + level, peers);
     }
 }
 
@@ -54,13 +61,13 @@ constexpr auto volkAdd = [](auto a, auto b, auto y, int n) {
 
 void registerAddition() {
     constexpr auto ours = [](auto a, auto b, auto y, int n) { zepsAdd_32f(a, b, y, n); };
-    addFamily<Zep32f>("add_32f", kSizes, ours, loop::add, eigen::add);
+    addFamily<Zep32f>("add_32f", kSizes, ours, [](auto& p, auto... x) { p.add(x...); });
     addVolk<Zep32f>("add_32f", kSizes, volkAdd);
-    addFamily<Zep32f>("call_add_32f", kCallSizes, ours, loop::add, eigen::add);
+    addFamily<Zep32f>("call_add_32f", kCallSizes, ours, [](auto& p, auto... x) { p.add(x...); });
     addVolk<Zep32f>("call_add_32f", kCallSizes, volkAdd);
     addFamily<Zep64f>(
         "add_64f", kSizes, [](auto a, auto b, auto y, int n) { zepsAdd_64f(a, b, y, n); },
-        loop::addDouble, eigen::addDouble);
+        [](auto& p, auto... x) { p.addDouble(x...); });
     addVolk<Zep64f>("add_64f", kSizes, [](auto a, auto b, auto y, int n) {
         volk_64f_x2_add_64f(y, a, b, static_cast<unsigned>(n));
     });
@@ -69,19 +76,19 @@ void registerAddition() {
 void registerMultiplication() {
     addFamily<Zep32f>(
         "mul_32f", kSizes, [](auto a, auto b, auto y, int n) { zepsMul_32f(a, b, y, n); },
-        loop::mul, eigen::mul);
+        [](auto& p, auto... x) { p.mul(x...); });
     addVolk<Zep32f>("mul_32f", kSizes, [](auto a, auto b, auto y, int n) {
         volk_32f_x2_multiply_32f(y, a, b, static_cast<unsigned>(n));
     });
     addFamily<Zep64f>(
         "mul_64f", kSizes, [](auto a, auto b, auto y, int n) { zepsMul_64f(a, b, y, n); },
-        loop::mulDouble, eigen::mulDouble);
+        [](auto& p, auto... x) { p.mulDouble(x...); });
     addVolk<Zep64f>("mul_64f", kSizes, [](auto a, auto b, auto y, int n) {
         volk_64f_x2_multiply_64f(y, a, b, static_cast<unsigned>(n));
     });
     addFamily<Zep32fc>(
         "mul_32fc", kSizes, [](auto a, auto b, auto y, int n) { zepsMul_32fc(a, b, y, n); },
-        loop::mulComplex, eigen::mulComplex);
+        [](auto& p, auto... x) { p.mulComplex(x...); });
     addVolk<Zep32fc>("mul_32fc", kSizes, [](auto a, auto b, auto y, int n) {
         volk_32fc_x2_multiply_32fc(reinterpret_cast<lv_32fc_t*>(y),
                                    reinterpret_cast<const lv_32fc_t*>(a),
@@ -89,27 +96,26 @@ void registerMultiplication() {
     });
     addFamily<Zep32f>(
         "mulc_32f", kSizes, [](auto a, auto, auto y, int n) { zepsMulC_32f(a, 1.25f, y, n); },
-        [](auto a, auto, auto y, int n) { loop::mulConstant(a, 1.25f, y, n); },
-        [](auto a, auto, auto y, int n) { eigen::mulConstant(a, 1.25f, y, n); });
+        [](auto& p, auto a, auto, auto y, int n) { p.mulConstant(a, 1.25f, y, n); });
     addVolk<Zep32f>("mulc_32f", kSizes, [](auto a, auto, auto y, int n) {
         volk_32f_s32f_multiply_32f(y, a, 1.25f, static_cast<unsigned>(n));
     });
     addFamily<Zep32f>(
         "addproduct_32f", kSizes,
-        [](auto a, auto b, auto y, int n) { zepsAddProduct_32f(a, b, y, n); }, loop::addProduct,
-        eigen::addProduct);
+        [](auto a, auto b, auto y, int n) { zepsAddProduct_32f(a, b, y, n); },
+        [](auto& p, auto... x) { p.addProduct(x...); });
 }
 
 void registerDivisionAndRoots() {
     addFamily<Zep32f>(
         "div_32f", kSizes, [](auto a, auto b, auto y, int n) { zepsDiv_32f(a, b, y, n); },
-        loop::div, eigen::div);
+        [](auto& p, auto... x) { p.div(x...); });
     addVolk<Zep32f>("div_32f", kSizes, [](auto a, auto b, auto y, int n) {
         volk_32f_x2_divide_32f(y, b, a, static_cast<unsigned>(n));
     });
     addFamily<Zep32fc>(
         "div_32fc", kSizes, [](auto a, auto b, auto y, int n) { zepsDiv_32fc(a, b, y, n); },
-        loop::divComplex, eigen::divComplex);
+        [](auto& p, auto... x) { p.divComplex(x...); });
     addVolk<Zep32fc>("div_32fc", kSizes, [](auto a, auto b, auto y, int n) {
         volk_32fc_x2_divide_32fc(reinterpret_cast<lv_32fc_t*>(y),
                                  reinterpret_cast<const lv_32fc_t*>(b),
@@ -117,8 +123,7 @@ void registerDivisionAndRoots() {
     });
     addFamily<Zep32f>(
         "sqrt_32f", kSizes, [](auto a, auto, auto y, int n) { zepsSqrt_32f(a, y, n); },
-        [](auto a, auto, auto y, int n) { loop::sqrt(a, y, n); },
-        [](auto a, auto, auto y, int n) { eigen::sqrt(a, y, n); });
+        [](auto& p, auto a, auto, auto y, int n) { p.sqrt(a, y, n); });
     addVolk<Zep32f>("sqrt_32f", kSizes, [](auto a, auto, auto y, int n) {
         volk_32f_sqrt_32f(y, a, static_cast<unsigned>(n));
     });
@@ -131,11 +136,10 @@ void registerDivisionAndRoots() {
         };
     };
     addFamily<Zep32fc>("sqrt_32fc_I", kSizes, onCopy([](auto y, int n) { zepsSqrt_32fc_I(y, n); }),
-                       onCopy(loop::sqrtComplex), onCopy(eigen::sqrtComplex));
+                       [=](auto& p, auto... x) { onCopy(p.sqrtComplex)(x...); });
     addFamily<Zep32f>(
         "abs_32f", kSizes, [](auto a, auto, auto y, int n) { zepsAbs_32f(a, y, n); },
-        [](auto a, auto, auto y, int n) { loop::abs(a, y, n); },
-        [](auto a, auto, auto y, int n) { eigen::abs(a, y, n); });
+        [](auto& p, auto a, auto, auto y, int n) { p.abs(a, y, n); });
 }
 
 }  // namespace

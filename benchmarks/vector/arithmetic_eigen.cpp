@@ -3,7 +3,7 @@
 
 #include "vector/arithmetic_loops.h"
 
-namespace zep::bench::eigen {
+namespace zep::bench::ZEP_PEER_LEVEL {
 namespace {
 
 template <class T>
@@ -16,8 +16,6 @@ auto out(T* p, int n) {
 }
 auto in(const Zep32fc* p, int n) { return in(reinterpret_cast<const std::complex<float>*>(p), n); }
 auto out(Zep32fc* p, int n) { return out(reinterpret_cast<std::complex<float>*>(p), n); }
-
-}  // namespace
 
 void add(const Zep32f* a, const Zep32f* b, Zep32f* y, int n) { out(y, n) = in(a, n) + in(b, n); }
 void addDouble(const Zep64f* a, const Zep64f* b, Zep64f* y, int n) {
@@ -42,4 +40,10 @@ void addProduct(const Zep32f* a, const Zep32f* b, Zep32f* y, int n) {
     out(y, n) += in(a, n) * in(b, n);
 }
 
-}  // namespace zep::bench::eigen
+}  // namespace
+
+extern constexpr ArithmeticPeers arithmeticEigen{add,        addDouble,   mul,        mulDouble,
+                                                 mulComplex, div,         divComplex, mulConstant,
+                                                 sqrt,       sqrtComplex, abs,        addProduct};
+
+}  // namespace zep::bench::ZEP_PEER_LEVEL

@@ -3,7 +3,8 @@
 #include <cmath>
 #include <complex>
 
-namespace zep::bench::loop {
+namespace zep::bench::ZEP_PEER_LEVEL {
+namespace {
 
 void add(const Zep32f* a, const Zep32f* b, Zep32f* __restrict y, int n) {
     for (int i = 0; i < n; ++i) y[i] = a[i] + b[i];
@@ -50,4 +51,10 @@ void addProduct(const Zep32f* a, const Zep32f* b, Zep32f* __restrict y, int n) {
     for (int i = 0; i < n; ++i) y[i] += a[i] * b[i];
 }
 
-}  // namespace zep::bench::loop
+}  // namespace
+
+extern constexpr ArithmeticPeers arithmeticLoops{add,        addDouble,   mul,        mulDouble,
+                                                 mulComplex, div,         divComplex, mulConstant,
+                                                 sqrt,       sqrtComplex, abs,        addProduct};
+
+}  // namespace zep::bench::ZEP_PEER_LEVEL

@@ -39,6 +39,17 @@ void addFamily(const char* family, const auto& sizes, auto ours, const char* pee
     }
 }
 
+// theirs(peers, x, y, n) runs a function of the table.
+template <class T>
+void addLoopFamily(const char* family, const auto& sizes, auto ours, auto theirs) {
+    for (const int size : sizes) {
+        addOurs(family, size, onTwo<T>(size, ours));
+        for (const auto& [level, peers] : peerLevels(ZEP_PEERS(movementLoops)))
+            addPeer(family, "loop-" + level, size,
+                    onTwo<T>(size, [=, peers = peers](auto... x) { theirs(*peers, x...); }));
+    }
+}
+
 // Inlined into the row, like the call of ours: memcpy itself is called, since n is not known.
 constexpr auto copyBytes = [](const Zep8u* x, Zep8u* y, int n) {
     std::memcpy(y, x, static_cast<std::size_t>(n));
@@ -62,15 +73,14 @@ void registerMemory() {
     constexpr auto set = [](auto, auto y, int n) {
         zepsSet_32f(1.25f, reinterpret_cast<Zep32f*>(y), n / 4);
     };
-    constexpr auto setLoop = [](auto, auto y, int n) {
-        loop::set(1.25f, reinterpret_cast<Zep32f*>(y), n / 4);
+    constexpr auto setLoop = [](auto& p, auto, auto y, int n) {
+        p.set(1.25f, reinterpret_cast<Zep32f*>(y), n / 4);
     };
-    addFamily<Zep8u>("set_32f", kByteSizes, set, "loop-avx", setLoop);
-    addFamily<Zep8u>(
+    addLoopFamily<Zep8u>("set_32f", kByteSizes, set, setLoop);
+    addLoopFamily<Zep8u>(
         "set_64s", kByteSizes,
         [](auto, auto y, int n) { zepsSet_64s(77, reinterpret_cast<Zep64s*>(y), n / 8); },
-        "loop-avx",
-        [](auto, auto y, int n) { loop::set64(77, reinterpret_cast<Zep64s*>(y), n / 8); });
+        [](auto& p, auto, auto y, int n) { p.set64(77, reinterpret_cast<Zep64s*>(y), n / 8); });
     constexpr int kMoveSizes[] = {64, 1024, 4096, 16384, 65536, 262144, 1 << 20};
     addFamily<Zep8u>(
         "move_up16", kMoveSizes, [](auto x, auto, int n) { zepsMove_8u(x, x + 16, n); }, "memmove",
@@ -92,32 +102,34 @@ void addInterleave(const char* family, int ch, auto ours, auto theirs) {
             });
         };
         addOurs(family, size, row(ours));
-        addPeer(family, "loop-avx", size, row(theirs));
+        for (const auto& [level, peers] : peerLevels(ZEP_PEERS(movementLoops)))
+            addPeer(family, "loop-" + level, size,
+                    row([=, peers = peers](auto... x) { theirs(*peers, x...); }));
     }
 }
 
 void registerReordering() {
-    addFamily<Zep32f>(
-        "flip_32f", kSizes, [](auto x, auto y, int n) { zepsFlip_32f(x, y, n); }, "loop-avx",
-        loop::flip);
-    addFamily<Zep64f>(
-        "flip_64f", kSizes, [](auto x, auto y, int n) { zepsFlip_64f(x, y, n); }, "loop-avx",
-        loop::flipDouble);
-    addFamily<Zep32f>(
-        "flip_32f_I", kSizes, [](auto x, auto, int n) { zepsFlip_32f_I(x, n); }, "loop-avx",
-        [](auto x, auto, int n) { loop::flipInPlace(x, n); });
-    addFamily<Zep8u>(
-        "flip_8u_I", kSizes, [](auto x, auto, int n) { zepsFlip_8u_I(x, n); }, "loop-avx",
-        [](auto x, auto, int n) { loop::flipBytes(x, n); });
-    addFamily<Zep16u>(
+    addLoopFamily<Zep32f>(
+        "flip_32f", kSizes, [](auto x, auto y, int n) { zepsFlip_32f(x, y, n); },
+        [](auto& p, auto... x) { p.flip(x...); });
+    addLoopFamily<Zep64f>(
+        "flip_64f", kSizes, [](auto x, auto y, int n) { zepsFlip_64f(x, y, n); },
+        [](auto& p, auto... x) { p.flipDouble(x...); });
+    addLoopFamily<Zep32f>(
+        "flip_32f_I", kSizes, [](auto x, auto, int n) { zepsFlip_32f_I(x, n); },
+        [](auto& p, auto x, auto, int n) { p.flipInPlace(x, n); });
+    addLoopFamily<Zep8u>(
+        "flip_8u_I", kSizes, [](auto x, auto, int n) { zepsFlip_8u_I(x, n); },
+        [](auto& p, auto x, auto, int n) { p.flipBytes(x, n); });
+    addLoopFamily<Zep16u>(
         "swapbytes_16u_I", kSizes, [](auto x, auto, int n) { zepsSwapBytes_16u_I(x, n); },
-        "loop-avx", [](auto x, auto, int n) { loop::swapBytes16(x, n); });
-    addFamily<Zep32u>(
+        [](auto& p, auto x, auto, int n) { p.swapBytes16(x, n); });
+    addLoopFamily<Zep32u>(
         "swapbytes_32u_I", kSizes, [](auto x, auto, int n) { zepsSwapBytes_32u_I(x, n); },
-        "loop-avx", [](auto x, auto, int n) { loop::swapBytes32(x, n); });
-    addFamily<Zep64u>(
+        [](auto& p, auto x, auto, int n) { p.swapBytes32(x, n); });
+    addLoopFamily<Zep64u>(
         "swapbytes_64u_I", kSizes, [](auto x, auto, int n) { zepsSwapBytes_64u_I(x, n); },
-        "loop-avx", [](auto x, auto, int n) { loop::swapBytes64(x, n); });
+        [](auto& p, auto x, auto, int n) { p.swapBytes64(x, n); });
 
     constexpr auto ours32f = [](auto src, int ch, int n, auto y) {
         zepsInterleave_32f(src, ch, n, y);
@@ -126,35 +138,43 @@ void registerReordering() {
         zepsInterleave_16s(src, ch, n, y);
     };
     addInterleave<Zep32f>("interleave_32f_x2", 2, ours32f,
-                          [](auto src, int, int n, auto y) { loop::interleave2(src, n, y); });
-    addInterleave<Zep16s>("interleave_16s_x2", 2, ours16s,
-                          [](auto src, int, int n, auto y) { loop::interleave2Short(src, n, y); });
-    addInterleave<Zep32f>("interleave_32f_x6", 6, ours32f, loop::interleave);
-    addInterleave<Zep32f>("interleave_32f_x8", 8, ours32f, loop::interleave);
-    addInterleave<Zep16s>("interleave_16s_x8", 8, ours16s, loop::interleaveShort);
-    addInterleave<Zep32f>("interleave_32f_x64", 64, ours32f, loop::interleave);
+                          [](auto& p, auto src, int, int n, auto y) { p.interleave2(src, n, y); });
+    addInterleave<Zep16s>(
+        "interleave_16s_x2", 2, ours16s,
+        [](auto& p, auto src, int, int n, auto y) { p.interleave2Short(src, n, y); });
+    addInterleave<Zep32f>("interleave_32f_x6", 6, ours32f,
+                          [](auto& p, auto... x) { p.interleave(x...); });
+    addInterleave<Zep32f>("interleave_32f_x8", 8, ours32f,
+                          [](auto& p, auto... x) { p.interleave(x...); });
+    addInterleave<Zep16s>("interleave_16s_x8", 8, ours16s,
+                          [](auto& p, auto... x) { p.interleaveShort(x...); });
+    addInterleave<Zep32f>("interleave_32f_x64", 64, ours32f,
+                          [](auto& p, auto... x) { p.interleave(x...); });
 }
 
 void registerBits() {
-    addFamily<Zep8u>(
-        "xor_8u_I", kSizes, [](auto x, auto y, int n) { zepsXor_8u_I(x, y, n); }, "loop-avx",
-        loop::xorBytes);
-    addFamily<Zep16u>(
+    addLoopFamily<Zep8u>(
+        "xor_8u_I", kSizes, [](auto x, auto y, int n) { zepsXor_8u_I(x, y, n); },
+        [](auto& p, auto... x) { p.xorBytes(x...); });
+    addLoopFamily<Zep16u>(
         "andc_16u", kSizes, [](auto x, auto y, int n) { zepsAndC_16u(x, 0x5AF1, y, n); },
-        "loop-avx", [](auto x, auto y, int n) { loop::andConstant(x, 0x5AF1, y, n); });
-    addFamily<Zep32u>(
-        "not_32u_I", kSizes, [](auto x, auto, int n) { zepsNot_32u_I(x, n); }, "loop-avx",
-        [](auto x, auto, int n) { loop::complement(x, n); });
-    addFamily<Zep32s>(
+        [](auto& p, auto x, auto y, int n) { p.andConstant(x, 0x5AF1, y, n); });
+    addLoopFamily<Zep32u>(
+        "not_32u_I", kSizes, [](auto x, auto, int n) { zepsNot_32u_I(x, n); },
+        [](auto& p, auto x, auto, int n) { p.complement(x, n); });
+    addLoopFamily<Zep32s>(
         "lshiftc_32s", kSizes, [](auto x, auto y, int n) { zepsLShiftC_32s(x, 5, y, n); },
-        "loop-avx", [](auto x, auto y, int n) { loop::shiftLeft(x, 5, y, n); });
+        [](auto& p, auto x, auto y, int n) { p.shiftLeft(x, 5, y, n); });
     constexpr int kBitSizes[] = {512, 8192, 131072, 1 << 23};
     for (const int bits : kBitSizes) {
         addOurs("copy_1u", bits, onTwo<Zep8u>(bits / 8, [](auto x, auto y, int n) {
                     zepsCopy_1u(x, 3, y, 0, 8 * n);
                 }));
-        addPeer("copy_1u", "loop-avx", bits,
-                onTwo<Zep8u>(bits / 8, [](auto x, auto y, int n) { loop::copyBits(x, 3, y, n); }));
+        for (const auto& [level, peers] : peerLevels(ZEP_PEERS(movementLoops)))
+            addPeer("copy_1u", "loop-" + level, bits,
+                    onTwo<Zep8u>(bits / 8, [peers = peers](auto x, auto y, int n) {
+                        peers->copyBits(x, 3, y, n);
+                    }));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "vector/movement_loops.h"
 
-namespace zep::bench::loop {
+namespace zep::bench::ZEP_PEER_LEVEL {
+namespace {
 
 void set(Zep32f val, Zep32f* y, int n) {
     for (int i = 0; i < n; ++i) y[i] = val;
@@ -82,4 +83,12 @@ void copyBits(const Zep8u* x, int offset, Zep8u* __restrict y, int bytes) {
         y[i] = static_cast<Zep8u>((x[i] << offset) | (x[i + 1] >> (8 - offset)));
 }
 
-}  // namespace zep::bench::loop
+}  // namespace
+
+extern constexpr MovementPeers movementLoops{
+    set,         set64,       flip,        flipDouble,       flipInPlace,
+    flipBytes,   interleave2, interleave,  interleave2Short, interleaveShort,
+    swapBytes16, swapBytes32, swapBytes64, xorBytes,         andConstant,
+    complement,  shiftLeft,   copyBits};
+
+}  // namespace zep::bench::ZEP_PEER_LEVEL

@@ -11,6 +11,8 @@ inline constexpr unsigned kFlags = 0x003F;
 inline constexpr unsigned kFlagInvalid = 0x0001;
 inline constexpr unsigned kFlagDivideByZero = 0x0004;
 inline constexpr unsigned kMasks = 0x1F80;
+inline constexpr unsigned kRounding = 0x6000;  // 0: to nearest, all: toward zero
+inline constexpr unsigned kDenormalsAreZero = 0x0040;
 
 // Arithmetic must not move across a change of the word.
 inline unsigned read() {
@@ -47,5 +49,27 @@ private:
     bool changed() const { return (caller_ & mxcsr::kMasks) != mxcsr::kMasks; }
     unsigned caller_;
 };
+
+// Another rounding mode while they live. The compiler does not know that arithmetic depends on it
+// and moves arithmetic out of a guard's reach: what is meant must stand in a function that is not
+// inlined. To nearest clears denormals-are-zero too, where it changes anything.
+template <unsigned mode, unsigned cleared>
+class RoundingScope {
+public:
+    RoundingScope() : caller_(mxcsr::read()) {
+        if (changed()) mxcsr::write((caller_ & ~(mxcsr::kRounding | cleared)) | mode);
+    }
+    ~RoundingScope() {
+        if (changed()) mxcsr::write(caller_);
+    }
+    RoundingScope(const RoundingScope&) = delete;
+    RoundingScope& operator=(const RoundingScope&) = delete;
+
+private:
+    bool changed() const { return (caller_ & mxcsr::kRounding) != mode; }
+    unsigned caller_;
+};
+using RoundingToNearest = RoundingScope<0, mxcsr::kDenormalsAreZero>;
+using RoundingTowardZero = RoundingScope<mxcsr::kRounding, 0>;
 
 }  // namespace zep::ZEP_VARIANT::simd

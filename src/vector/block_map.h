@@ -79,7 +79,8 @@ template <class B = simd::WideBlock, class Op, class... Src>
 [[gnu::always_inline]] inline void mapSmall(Op op, std::uint8_t* dst, std::size_t bytes,
                                             Src... src) {
     if constexpr (simd::kMaskedMemory)
-        if (bytes <= B::bytes) {
+        // A masked access to a whole register would be in the way of those that follow.
+        if (bytes < B::bytes) {
             const auto n = static_cast<int>(bytes);
             return op(B::loadPartial(src, n)...).storePartial(dst, n);
         }
@@ -113,12 +114,16 @@ private:
     }
 };
 
+// Four registers a step, so that loads run ahead of the stores and the loop's own work is shared;
+// below AVX a line is that much.
+template <class B>
+inline constexpr int kLinesOfStep = B::bytes == 64 ? 4 : 1;
+
 // bytes > kLine. The loop starts at a line of dst where elements of elementBytes allow it; a vector
-// need not be aligned to its elements. It takes kLines a step, so that loads run ahead of the
-// stores where the registers suffice. ahead: how many bytes before they are needed the sources are
+// need not be aligned to its elements. It takes kLines a step. ahead: how many bytes before they are needed the sources are
 // fetched, 0 to leave it to the processor.
-template <class B = simd::WideBlock, std::size_t elementBytes = 1, int kLines = 1, int ahead = 0,
-          class Op, class... Src>
+template <class B = simd::WideBlock, std::size_t elementBytes = 1, int kLines = kLinesOfStep<B>,
+          int ahead = 0, class Op, class... Src>
 [[gnu::always_inline]] inline void mapAscending(Op op, std::uint8_t* dst, std::size_t bytes,
                                                 Src... src) {
     const auto tailAt = static_cast<std::ptrdiff_t>(bytes - kLine);

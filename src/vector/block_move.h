@@ -23,7 +23,7 @@ inline constexpr auto unchanged = [](auto block) { return block; };
 template <int ahead = 0>
 [[gnu::always_inline]] inline void moveAscending(std::uint8_t* dst, const std::uint8_t* src,
                                                  std::size_t bytes) {
-    constexpr int kLines = simd::WideBlock::bytes >= 32 ? 2 : 1;
+    constexpr int kLines = simd::WideBlock::bytes == 32 ? 2 : kLinesOfStep<simd::WideBlock>;
     mapAscending<simd::WideBlock, 1, kLines, ahead>(unchanged, dst, bytes, src);
 }
 
@@ -35,7 +35,15 @@ inline void moveDescending(std::uint8_t* dst, const std::uint8_t* src, std::size
     const auto front = WideLine::map(unchanged, src);
     const auto tail = WideLine::map(unchanged, src + tailAt);
     const std::size_t behindBoundary = bytesBehindBoundary(dst + bytes - 1, kLine) + 1;
-    for (std::size_t n = bytes - behindBoundary; n > kLine;) {
+    std::size_t n = bytes - behindBoundary;
+    constexpr int kLines = kLinesOfStep<simd::WideBlock>;
+    if constexpr (kLines > 1)
+        while (n > kLines * kLine) {
+            n -= kLines * kLine;
+            if constexpr (ahead != 0) simd::fetch<kLines * kLine>(src + n - ahead);
+            Line<simd::WideBlock, kLines>::map(unchanged, src + n).storeAligned(dst + n);
+        }
+    while (n > kLine) {
         n -= kLine;
         if constexpr (ahead != 0) simd::fetch<kLine>(src + n - ahead);
         WideLine::map(unchanged, src + n).storeAligned(dst + n);

@@ -3,6 +3,7 @@
 // step are loaded before the first is stored, so that the short form also runs in place.
 #include "core/variant_exports.h"
 #include "simd/byte_order.h"
+#include "simd/unroll.h"
 #include "simd/vec.h"
 #include "vector/block_map.h"
 #include "vector/byte_count.h"
@@ -47,12 +48,15 @@ template <class B, int elementBytes>
 void flipApart(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
     if (bytes <= 4 * B::bytes) return flipSmall<B, elementBytes>(src, dst, bytes);
     const std::uint8_t* const lastSrc = src + bytes - B::bytes;
-    const auto flipLine = [=](std::size_t n) {
-        for (std::size_t i = 0; i < kLine; i += B::bytes)
-            reversed<B, elementBytes>(lastSrc - n - i).store(dst + n + i);
+    constexpr std::size_t kStep = 4 * B::bytes;
+    const auto flipStep = [=](std::size_t n) __attribute__((always_inline)) {
+        B x[4];
+        simd::unroll<4>(
+            [&](auto k) { x[k] = reversed<B, elementBytes>(lastSrc - n - k * B::bytes); });
+        simd::unroll<4>([&](auto k) { x[k].store(dst + n + k * B::bytes); });
     };
-    for (std::size_t n = 0; n < bytes - kLine; n += kLine) flipLine(n);
-    flipLine(bytes - kLine);
+    for (std::size_t n = 0; n < bytes - kStep; n += kStep) flipStep(n);
+    flipStep(bytes - kStep);
 }
 
 template <class B, int elementBytes>

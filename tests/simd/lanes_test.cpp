@@ -149,10 +149,9 @@ bool referenceCompare(LaneCompare op, auto a, auto b, auto c) {
 }
 
 const VariantLanes& lanesOf(const Variant& v) {
-    static constexpr const VariantLanes* kLanes[] = {
-        nullptr,
+    static constexpr const VariantLanes* kLanes[] = {nullptr,
 #define ZEP_LANES(arg, slot, column, ...) &code::column::variantLanes,
-        ZEP_COLUMNS(ZEP_LANES, )
+                                                     ZEP_COLUMNS(ZEP_LANES, )
 #undef ZEP_LANES
     };
     return *kLanes[v.slot];

@@ -18,6 +18,8 @@ struct Vec<T, 1> {
     friend Vec operator+(Vec a, Vec b) { return {a.v + b.v}; }
     friend Vec operator-(Vec a, Vec b) { return {a.v - b.v}; }
     friend Vec operator*(Vec a, Vec b) { return {a.v * b.v}; }
+    friend Vec mulAdd(Vec a, Vec b, Vec c) { return a * b + c; }
+    friend Vec negMulAdd(Vec a, Vec b, Vec c) { return c - a * b; }
 };
 
 }  // namespace zep::ZEP_VARIANT::simd

@@ -1,59 +1,45 @@
 // Drivers of the complex transform.
 #include "core/checks.h"
-#include "transform/fft_routes.h"
-#include "transform/fft_scratch.h"
+#include "transform/fft_driver.h"
 #include "transform/fft_tuning.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 
-template <Direction D>
-void FFTComplex(const Zep32fc* src, Zep32fc* dst, int order, const FftObject& spec, float* scratch,
-                bool scaled) {
-    const float scale = scaled ? spec.scale : 1.0f;
-    if (order <= Tuning::directMaxOrder) {
+template <Direction D, class T>
+void Routes<D, T>::complex(const T* src, T* dst, int order, const FftObject<T>& spec, T* scratch,
+                           bool scaled) {
+    const T scale = scaled ? spec.scale : T{1};
+    if (order < kStraightOrder<T>) {
         if (scaled)
-            FFTDirectScaled<D>(src, dst, order, scale);
+            directScaled(src, dst, order, scale);
         else
-            FFTDirect<D>(src, dst, order);
-    } else if (order == kStraightOrder) {
-        FFTStraight<D>(src, dst, scale);
-    } else if (order < kSplitFromOrder) {
-        FFTSingleBlock<D>(src, dst, order, spec, scratch, scale);
+            direct(src, dst, order);
+    } else if (order == kStraightOrder<T>) {
+        straight(src, dst, scale);
+    } else if (order < TuningOf<T>::splitFromOrder) {
+        singleBlock(src, dst, order, spec, scratch, scale);
     } else {
-        FFTLong<D>(src, dst, order, spec, scratch, scale);
+        splitBlocks(src, dst, order, spec, scratch, scale);
     }
 }
 
-template void FFTComplex<Direction::Forward>(const Zep32fc*, Zep32fc*, int, const FftObject&,
-                                             float*, bool);
-template void FFTComplex<Direction::Inverse>(const Zep32fc*, Zep32fc*, int, const FftObject&,
-                                             float*, bool);
+template struct Routes<Direction::Forward, float>;
+template struct Routes<Direction::Inverse, float>;
+template struct Routes<Direction::Forward, double>;
+template struct Routes<Direction::Inverse, double>;
 
-namespace {
+}  // namespace zep::ZEP_VARIANT::fft
 
-template <Direction D>
-inline ZepStatus transform(const Zep32fc* pSrc, Zep32fc* pDst, const FFTSpecC32fc* pSpec,
-                           Zep8u* pBuffer) {
-    if (pSpec == nullptr) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(FftKind::Complex)) return zepStsContextMatchErr;
-    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
-    const FftScratch scratch(pBuffer, pSpec->workSize);
-    if (scratch.missing()) return zepStsMemAllocErr;
-    const bool scaled = (D == Direction::Forward ? pSpec->scaleForward : pSpec->scaleInverse) != 0;
-    FFTComplex<D>(pSrc, pDst, pSpec->order, *pSpec, scratch.floats(), scaled);
-    return zepStsNoErr;
-}
-
-}  // namespace
+namespace zep::ZEP_VARIANT {
 
 ZepStatus zepsFFTFwd_CToC_32fc(const Zep32fc* pSrc, Zep32fc* pDst, const FFTSpecC32fc* pSpec,
                                Zep8u* pBuffer) {
-    return transform<Direction::Forward>(pSrc, pDst, pSpec, pBuffer);
+    return fft::transform<fft::Direction::Forward>(pSrc, pDst, pSpec, pBuffer);
 }
 
 ZepStatus zepsFFTInv_CToC_32fc(const Zep32fc* pSrc, Zep32fc* pDst, const FFTSpecC32fc* pSpec,
                                Zep8u* pBuffer) {
-    return transform<Direction::Inverse>(pSrc, pDst, pSpec, pBuffer);
+    return fft::transform<fft::Direction::Inverse>(pSrc, pDst, pSpec, pBuffer);
 }
 
 }  // namespace zep::ZEP_VARIANT

@@ -3,60 +3,50 @@
 #include "simd/vec_one.h"
 #include "transform/fft_routes.h"
 #include "transform/fft_rows.h"
-#include "transform/fft_tuning.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 namespace {
 
-template <Direction D, int N, bool kScaled>
-inline void directSingle(const float* src, float* dst, float scale) {
-    using V = simd::Vec<float, 1>;
+template <Direction D, int N, bool kScaled, class T>
+inline void transformSingles(const T* src, T* dst, T scale) {
+    using V = simd::Vec<T, 1>;
     using C = simd::SplitComplex<V>;
     C x[N];
 #pragma GCC unroll 16
     for (int n = 0; n < N; ++n) x[n] = C::load(src + 2 * n);
-    if constexpr (N > 1) butterfly<D, N>(x);
+    butterfly<D, N>(x);
 #pragma GCC unroll 16
     for (int k = 0; k < N; ++k) scaledIf<kScaled>(x[k], V::broadcast(scale)).store(dst + 2 * k);
 }
 
-template <Direction D, bool kScaled>
-inline void direct(const float* src, float* dst, int order, [[maybe_unused]] float scale) {
-    using V4 = simd::Vec<float, 4>;
-    switch (order) {
-        case 0:
-            return directSingle<D, 1, kScaled>(src, dst, scale);
-        case 1:
-            return directSingle<D, 2, kScaled>(src, dst, scale);
-        case 2:
-            return directSingle<D, 4, kScaled>(src, dst, scale);
-        case 3:
-            return directSingle<D, 8, kScaled>(src, dst, scale);
-        case 4:
-            return directRows<D, V4, 4, kScaled>(src, dst, scale);
-        case 5:
-            return directRows<D, V4, 8, kScaled>(src, dst, scale);
-        default:
-            if constexpr (Tuning::directMaxOrder >= 6)
-                directRows<D, Real, 8, kScaled>(src, dst, scale);
+template <Direction D, bool kScaled, class T, int kOrder = 0>
+inline void transformOrder(const T* src, T* dst, int order, T scale) {
+    if (order == kOrder) {
+        constexpr Straight s = straightRows<T>(kOrder);
+        if constexpr (s.lanes == 1)
+            transformSingles<D, s.rows, kScaled>(src, dst, scale);
+        else
+            transformRows<D, simd::Vec<T, s.lanes>, s.rows, kScaled>(src, dst, scale);
+    } else if constexpr (kOrder + 1 < kStraightOrder<T>) {
+        transformOrder<D, kScaled, T, kOrder + 1>(src, dst, order, scale);
     }
 }
 
 }  // namespace
 
-template <Direction D>
-void FFTDirect(const Zep32fc* src, Zep32fc* dst, int order) {
-    direct<D, false>(&src->re, &dst->re, order, 1.0f);
+template <Direction D, class T>
+void Routes<D, T>::direct(const T* src, T* dst, int order) {
+    transformOrder<D, false>(src, dst, order, T{1});
 }
 
-template <Direction D>
-void FFTDirectScaled(const Zep32fc* src, Zep32fc* dst, int order, float scale) {
-    direct<D, true>(&src->re, &dst->re, order, scale);
+template <Direction D, class T>
+void Routes<D, T>::directScaled(const T* src, T* dst, int order, T scale) {
+    transformOrder<D, true>(src, dst, order, scale);
 }
 
-template void FFTDirect<Direction::Forward>(const Zep32fc*, Zep32fc*, int);
-template void FFTDirect<Direction::Inverse>(const Zep32fc*, Zep32fc*, int);
-template void FFTDirectScaled<Direction::Forward>(const Zep32fc*, Zep32fc*, int, float);
-template void FFTDirectScaled<Direction::Inverse>(const Zep32fc*, Zep32fc*, int, float);
+template struct Routes<Direction::Forward, float>;
+template struct Routes<Direction::Inverse, float>;
+template struct Routes<Direction::Forward, double>;
+template struct Routes<Direction::Inverse, double>;
 
-}  // namespace zep::ZEP_VARIANT
+}  // namespace zep::ZEP_VARIANT::fft

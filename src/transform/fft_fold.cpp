@@ -10,46 +10,53 @@
 #include "transform/fft_routes.h"
 #include "transform/fft_tables.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 namespace {
 
 // dr, di: real difference and imaginary sum of a = Z[k] and b = Z[h-k]; u, v: their product with
 // the table entry.
-inline void storeFolded(Cplx a, Cplx b, Real u, Real v, float* rising, float* falling) {
-    Shuffle::storeReversed({a.re - u, v - a.im}, falling);
-    Shuffle::storeInterleaved({b.re + u, v - b.im}, rising);
+template <class V>
+[[gnu::always_inline]] inline void storeFolded(simd::SplitComplex<V> a, simd::SplitComplex<V> b,
+                                               V u, V v, float* rising, float* falling) {
+    simd::storeReversed<V>({a.re - u, v - a.im}, falling);
+    simd::storeInterleaved<V>({b.re + u, v - b.im}, rising);
 }
 
+template <class V>
 void foldTable(float* z, std::ptrdiff_t h, const float* table) {
+    constexpr std::ptrdiff_t W = V::lanes;
     float* rising = z + 2;
-    float* falling = z + 2 * (h - kLanes);
-    for (; rising < falling; rising += 2 * kLanes, falling -= 2 * kLanes, table += 2 * kLanes) {
-        const Cplx a = Shuffle::loadInterleaved(rising), b = Shuffle::loadReversed(falling);
-        const Real A = Real::load(table), B = Real::load(table + kLanes);
-        const Real dr = a.re - b.re, di = a.im + b.im;
-        storeFolded(a, b, B * dr + A * di, B * di - A * dr, rising, falling);
+    float* falling = z + 2 * (h - W);
+    for (; rising < falling; rising += 2 * W, falling -= 2 * W, table += 2 * W) {
+        const auto a = simd::loadInterleaved<V>(rising), b = simd::loadReversed<V>(falling);
+        const V A = V::load(table), B = V::load(table + W);
+        const V dr = a.re - b.re, di = a.im + b.im;
+        storeFolded(a, b, mulAdd(B, dr, A * di), negMulAdd(A, dr, B * di), rising, falling);
     }
 }
 
 // The twiddle is the product of a fine and a coarse entry, and the data are halved instead of the
 // table: u = (dr + c*di + s*dr)/2, v = (di - c*dr + s*di)/2 with s = -sin.
 void foldFactored(float* z, std::ptrdiff_t h, const float* table) {
+    using V = Real<float>;
+    using C = Cplx<float>;
+    constexpr std::ptrdiff_t kPair = 2 * V::lanes;
     float* rising = z + 2;
-    float* falling = z + 2 * (h - kLanes);
-    const float* coarse = table + 2 * kFineFold;
-    const Real half = Real::broadcast(0.5f);
+    float* falling = z + 2 * h - kPair;
+    const float* coarse = table + static_cast<std::ptrdiff_t>(2 * kFineFold);
+    const V half = V::broadcast(0.5f);
     while (rising < falling) {
-        const Cplx base{Real::broadcast(coarse[0]), Real::broadcast(coarse[1])};
-        for (std::ptrdiff_t n = 0; n < 2 * kFineFold; n += 2 * kLanes) {
-            const Cplx w = rotate<Direction::Forward>(Cplx::load(table + n), base);
-            const Cplx a = Shuffle::loadInterleaved(rising) * half;
-            const Cplx b = Shuffle::loadReversed(falling) * half;
-            const Real dr = a.re - b.re, di = a.im + b.im, sr = a.re + b.re, si = a.im - b.im;
-            const Real p = w.re * di + w.im * dr, q = w.im * di - w.re * dr;
-            Shuffle::storeReversed({sr - p, q - si}, falling);
-            Shuffle::storeInterleaved({sr + p, q + si}, rising);
-            rising += 2 * kLanes;
-            falling -= 2 * kLanes;
+        const C base{V::broadcast(coarse[0]), V::broadcast(coarse[1])};
+        for (std::ptrdiff_t n = 0; n < 2 * kFineFold; n += kPair) {
+            const C w = rotate<Direction::Forward>(C::load(table + n), base);
+            const C a = simd::loadInterleaved<V>(rising) * half;
+            const C b = simd::loadReversed<V>(falling) * half;
+            const V dr = a.re - b.re, di = a.im + b.im, sr = a.re + b.re, si = a.im - b.im;
+            const V p = mulAdd(w.re, di, w.im * dr), q = negMulAdd(w.re, dr, w.im * di);
+            simd::storeReversed<V>({sr - p, q - si}, falling);
+            simd::storeInterleaved<V>({sr + p, q + si}, rising);
+            rising += kPair;
+            falling -= kPair;
         }
         coarse += 2;
     }
@@ -57,14 +64,15 @@ void foldFactored(float* z, std::ptrdiff_t h, const float* table) {
 
 }  // namespace
 
-void FFTFold(Zep32fc* z, int order, const FftObject& spec) {
-    const Zep32fc first = z[0];
-    z[0] = {first.re + first.im, first.re - first.im};
+void FFTFold(float* z, int order, const FftObject<float>& spec) {
+    const float re = simd::readAny(z), im = simd::readAny(z + 1);
+    simd::writeAny(z, re + im);
+    simd::writeAny(z + 1, re - im);
     const std::ptrdiff_t h = std::ptrdiff_t{1} << (order - 1);
     if (order < kLongFoldOrder)
-        foldTable(&z->re, h, spec.foldTwiddles);
+        withFoldVector<float>(order, [&]<class V>(V) { foldTable<V>(z, h, spec.foldTwiddles); });
     else
-        foldFactored(&z->re, h, spec.foldTwiddles);
+        foldFactored(z, h, spec.foldTwiddles);
 }
 
-}  // namespace zep::ZEP_VARIANT
+}  // namespace zep::ZEP_VARIANT::fft

@@ -10,44 +10,44 @@
 //    one scatters them back.
 #include "transform/fft_passes.h"
 #include "transform/fft_routes.h"
-#include "transform/fft_tile.h"
 #include "transform/fft_tuning.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 namespace {
 
 constexpr std::ptrdiff_t kFine = std::ptrdiff_t{1} << kFineOrder;
 
 // Twiddles of kFine columns: fine blocks as in joinColumns, times one coarse pair for each leg.
-template <Direction D, int R, Output kOutput>
-inline void joinFactored(const float* in, std::ptrdiff_t inStride, float* out,
-                         std::ptrdiff_t outStride, const float* fine, const float* coarse,
-                         float scale) {
-    const Real factor = Real::broadcast(scale);
-    for (std::ptrdiff_t c = 0; c < kFine; c += kLanes) {
-        Cplx x[R];
-        x[0] = Cplx::load(in);
+template <Direction D, int R, Output kOutput, class T>
+inline void joinFactored(const T* in, std::ptrdiff_t inStride, T* out, std::ptrdiff_t outStride,
+                         const T* fine, const T* coarse, T scale) {
+    const Real<T> factor = Real<T>::broadcast(scale);
+    for (std::ptrdiff_t c = 0; c < kFine; c += kLanes<T>) {
+        Cplx<T> x[R];
+        x[0] = Cplx<T>::load(in);
 #pragma GCC unroll 16
         for (int e = 1; e < R; ++e) {
-            const Cplx base{Real::broadcast(coarse[2 * e - 2]), Real::broadcast(coarse[2 * e - 1])};
-            const Cplx w =
-                rotate<Direction::Forward>(Cplx::load(fine + (e - 1) * 2 * kLanes), base);
-            x[e] = rotate<D>(Cplx::load(in + reversedDigit<R>(e) * inStride), w);
+            const Cplx<T> base{Real<T>::broadcast(coarse[2 * e - 2]),
+                               Real<T>::broadcast(coarse[2 * e - 1])};
+            const Cplx<T> w =
+                rotate<Direction::Forward>(Cplx<T>::load(fine + (e - 1) * 2 * kLanes<T>), base);
+            x[e] = rotate<D>(Cplx<T>::load(in + reversedDigit<R>(e) * inStride), w);
         }
         butterfly<D, R>(x);
 #pragma GCC unroll 16
         for (int k = 0; k < R; ++k) storeColumn<kOutput>(x[k], out + k * outStride, factor);
-        in += 2 * kLanes;
-        out += 2 * kLanes;
-        fine += (R - 1) * 2 * kLanes;
+        in += 2 * kLanes<T>;
+        out += 2 * kLanes<T>;
+        fine += (R - 1) * 2 * kLanes<T>;
     }
 }
 
-// Rows of a tile: element (row, column) at rows + row * stride + 2 * column floats.
+// Rows of a tile: element (row, column) at rows + row * stride + 2 * column scalars.
+template <class T>
 struct Rows {
-    float* base;
+    T* base;
     std::ptrdiff_t stride;
-    float* row(std::ptrdiff_t n) const { return base + n * stride; }
+    T* row(std::ptrdiff_t n) const { return base + n * stride; }
 };
 
 struct Tile {
@@ -58,15 +58,15 @@ struct Tile {
 };
 
 // One pass over a tile: rows already joined in groups of `joined`.
-template <Direction D, int R, Output kOutput>
-void tilePass(Rows in, Rows out, const Tile& tile, std::ptrdiff_t joined, const float* table,
-              float scale) {
-    const float* coarse = table + static_cast<std::ptrdiff_t>(2 * (R - 1)) * kFine;
+template <Direction D, int R, Output kOutput, class T>
+void tilePass(Rows<T> in, Rows<T> out, const Tile& tile, std::ptrdiff_t joined, const T* table,
+              T scale) {
+    const T* coarse = table + static_cast<std::ptrdiff_t>(2 * (R - 1)) * kFine;
     for (std::ptrdiff_t block = 0; block < tile.rows; block += R * joined)
         for (std::ptrdiff_t row = 0; row < joined; ++row) {
-            const float* from = in.row(block + row);
-            float* to = out.row(block + row);
-            const float* pair =
+            const T* from = in.row(block + row);
+            T* to = out.row(block + row);
+            const T* pair =
                 coarse + (row * tile.blockLength + tile.firstColumn) / kFine * 2 * (R - 1);
             for (std::ptrdiff_t c = 0; c < tile.columns; c += kFine, pair += 2 * (R - 1))
                 joinFactored<D, R, kOutput>(from + 2 * c, joined * in.stride, to + 2 * c,
@@ -74,25 +74,25 @@ void tilePass(Rows in, Rows out, const Tile& tile, std::ptrdiff_t joined, const 
         }
 }
 
-template <Direction D, Output kOutput>
-void tilePassOf(int radixOrder, Rows in, Rows out, const Tile& tile, std::ptrdiff_t joined,
-                const float* table, float scale) {
+template <Direction D, Output kOutput, class T>
+void tilePassOf(int radixOrder, Rows<T> in, Rows<T> out, const Tile& tile, std::ptrdiff_t joined,
+                const T* table, T scale) {
     if (radixOrder == 2)
         tilePass<D, 4, kOutput>(in, out, tile, joined, table, scale);
     else
         tilePass<D, 8, kOutput>(in, out, tile, joined, table, scale);
 }
 
-template <Direction D, Output kOutput>
-void joinLevel(float* data, int blockOrder, int order, std::ptrdiff_t columns,
-               const float* levelTable, float* scratch, float scale) {
+template <Direction D, Output kOutput, class T>
+void joinLevel(T* data, int blockOrder, int order, std::ptrdiff_t columns, const T* levelTable,
+               T* scratch, T scale) {
     Tile tile{std::ptrdiff_t{1} << (order - blockOrder), columns, 0,
               std::ptrdiff_t{1} << blockOrder};
-    const Rows inScratch{scratch, 2 * columns};
+    const Rows<T> inScratch{scratch, 2 * columns};
     for (; tile.firstColumn < tile.blockLength; tile.firstColumn += columns) {
-        const Rows inData{data + 2 * tile.firstColumn, 2 * tile.blockLength};
-        const float* table = levelTable;
-        Rows from = inData;
+        const Rows<T> inData{data + 2 * tile.firstColumn, 2 * tile.blockLength};
+        const T* table = levelTable;
+        Rows<T> from = inData;
         for (PassSequence pass(blockOrder, order); !pass.done(); pass.next()) {
             const std::ptrdiff_t joined = std::ptrdiff_t{1} << (pass.groupOrder() - blockOrder);
             if (pass.last())
@@ -101,25 +101,25 @@ void joinLevel(float* data, int blockOrder, int order, std::ptrdiff_t columns,
                 tilePassOf<D, Output::Split>(pass.radixOrder(), from, inScratch, tile, joined,
                                              table, scale);
             from = inScratch;
-            table += LevelTable(pass.groupOrder(), pass.radixOrder()).floats();
+            table += LevelTable<T>(pass.groupOrder(), pass.radixOrder()).scalars();
         }
     }
 }
 
-template <Direction D>
-void joinAll(float* data, int order, int level, const FftObject& spec, float* scratch,
-             float scale) {
-    const FftSplit split = splitAt(level, order);
+template <Direction D, class T>
+void joinAll(T* data, int order, int level, const FftObject<T>& spec, T* scratch, T scale) {
+    const Split split = splitAt<T>(level, order);
     if (split.r == 0)
-        return FFTBlockInPlace<D>(data, 1, Tuning::tileOrder, order, spec.blockTwiddles);
+        return Routes<D, T>::blockInPlace(data, 1, TuningOf<T>::tileOrder, order,
+                                          spec.blockTwiddles);
     const int blockOrder = order - split.r;
     for (std::ptrdiff_t b = 0; b >> split.r == 0; ++b)
         joinAll<D>(data + (b << (blockOrder + 1)), blockOrder, level + 1, spec, scratch, scale);
     const std::ptrdiff_t columns = std::ptrdiff_t{1} << (split.t - split.r);
-    const float* table = spec.levelTwiddles[level];
+    const T* table = spec.levelTwiddles[level];
     if (level > 0)
         joinLevel<D, Output::Split>(data, blockOrder, order, columns, table, scratch, scale);
-    else if (scale == 1.0f)
+    else if (scale == 1)
         joinLevel<D, Output::Interleaved>(data, blockOrder, order, columns, table, scratch, scale);
     else
         joinLevel<D, Output::InterleavedScaled>(data, blockOrder, order, columns, table, scratch,
@@ -128,16 +128,16 @@ void joinAll(float* data, int order, int level, const FftObject& spec, float* sc
 
 }  // namespace
 
-template <Direction D>
-void FFTLong(const Zep32fc* src, Zep32fc* dst, int order, const FftObject& spec, float* scratch,
-             float scale) {
-    reverseTiles<D>(&src->re, &dst->re, order, spec, scratch);
-    joinAll<D>(&dst->re, order, 0, spec, scratch, scale);
+template <Direction D, class T>
+void Routes<D, T>::splitBlocks(const T* src, T* dst, int order, const FftObject<T>& spec,
+                               T* scratch, T scale) {
+    reverseTiles(src, dst, order, spec, scratch);
+    joinAll<D>(dst, order, 0, spec, scratch, scale);
 }
 
-template void FFTLong<Direction::Forward>(const Zep32fc*, Zep32fc*, int, const FftObject&, float*,
-                                          float);
-template void FFTLong<Direction::Inverse>(const Zep32fc*, Zep32fc*, int, const FftObject&, float*,
-                                          float);
+template struct Routes<Direction::Forward, float>;
+template struct Routes<Direction::Inverse, float>;
+template struct Routes<Direction::Forward, double>;
+template struct Routes<Direction::Inverse, double>;
 
-}  // namespace zep::ZEP_VARIANT
+}  // namespace zep::ZEP_VARIANT::fft

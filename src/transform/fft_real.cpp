@@ -5,8 +5,9 @@
 #include "transform/fft_routes.h"
 #include "transform/fft_scratch.h"
 #include "transform/fft_sine_constants.h"
+#include "transform/fft_tables.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 namespace {
 
 // A(k) and B(k) of the fold, k = 1 .. N/4.
@@ -19,8 +20,8 @@ template <int N>
 constexpr FoldConstants<N> makeFoldConstants() {
     FoldConstants<N> table{};
     for (int k = 1; k <= N / 4; ++k) {
-        table.A[k] = 0.5f * constantCosine(k, N);
-        table.B[k] = 0.5f - 0.5f * constantSine(k, N);
+        table.A[k] = 0.5f * constantCosine<float>(k, N);
+        table.B[k] = 0.5f - 0.5f * constantSine<float>(k, N);
     }
     return table;
 }
@@ -30,56 +31,61 @@ constexpr FoldConstants<N> kFoldConstants = makeFoldConstants<N>();
 // 8 and 16 points.
 template <int N>
 void realDirect(const float* src, float* dst, bool scaled, float scale) {
+    using Core = Routes<Direction::Forward, float>;
     constexpr int h = N / 2, kOrder = logOf(h);
     Zep32fc z[h];
-    const Zep32fc* pairs = reinterpret_cast<const Zep32fc*>(src);
     if (scaled)
-        FFTDirectScaled<Direction::Forward>(pairs, z, kOrder, scale);
+        Core::directScaled(src, &z[0].re, kOrder, scale);
     else
-        FFTDirect<Direction::Forward>(pairs, z, kOrder);
-    dst[0] = z[0].re + z[0].im;
-    dst[1] = z[0].re - z[0].im;
+        Core::direct(src, &z[0].re, kOrder);
+    simd::writeAny(dst, z[0].re + z[0].im);
+    simd::writeAny(dst + 1, z[0].re - z[0].im);
     for (int k = 1; k <= h / 2; ++k) {
         const Zep32fc a = z[k], b = z[h - k];
         const float A = kFoldConstants<N>.A[k], B = kFoldConstants<N>.B[k];
         const float dr = a.re - b.re, di = a.im + b.im;
         const float u = B * dr + A * di, v = B * di - A * dr;
-        dst[2 * (h - k)] = a.re - u;
-        dst[2 * (h - k) + 1] = v - a.im;
-        dst[2 * k] = b.re + u;
-        dst[2 * k + 1] = v - b.im;
+        simd::writeAny(dst + 2 * (h - k), a.re - u);
+        simd::writeAny(dst + 2 * (h - k) + 1, v - a.im);
+        simd::writeAny(dst + 2 * k, b.re + u);
+        simd::writeAny(dst + 2 * k + 1, v - b.im);
     }
+}
+
+// 1, 2 and 4 points.
+void realShortest(const float* src, float* dst, int order, float scale) {
+    float x[4], X[4];
+    const std::size_t bytes = sizeof(float) << order;
+    __builtin_memcpy(x, src, bytes);
+    if (order == 0) {
+        X[0] = x[0] * scale;
+    } else if (order == 1) {
+        X[0] = (x[0] + x[1]) * scale;
+        X[1] = (x[0] - x[1]) * scale;
+    } else {
+        const float even = x[0] + x[2], odd = x[1] + x[3];
+        X[0] = (even + odd) * scale;
+        X[1] = (even - odd) * scale;
+        X[2] = (x[0] - x[2]) * scale;
+        X[3] = (x[3] - x[1]) * scale;
+    }
+    __builtin_memcpy(dst, X, bytes);
 }
 
 void realShort(const float* src, float* dst, int order, bool scaled, float factor) {
-    const float scale = scaled ? factor : 1.0f;
-    switch (order) {
-        case 0:
-            dst[0] = src[0] * scale;
-            return;
-        case 1: {
-            const float a = src[0], b = src[1];
-            dst[0] = (a + b) * scale;
-            dst[1] = (a - b) * scale;
-            return;
-        }
-        case 2: {
-            const float even = src[0] + src[2], odd = src[1] + src[3];
-            const float re = src[0] - src[2], im = src[3] - src[1];
-            dst[0] = (even + odd) * scale;
-            dst[1] = (even - odd) * scale;
-            dst[2] = re * scale;
-            dst[3] = im * scale;
-            return;
-        }
-        case 3:
-            return realDirect<8>(src, dst, scaled, factor);
-        default:
-            return realDirect<16>(src, dst, scaled, factor);
-    }
+    static_assert(kFirstFoldedOrder == 5);
+    if (order == 4)
+        realDirect<16>(src, dst, scaled, factor);
+    else if (order == 3)
+        realDirect<8>(src, dst, scaled, factor);
+    else
+        realShortest(src, dst, order, scaled ? factor : 1.0f);
 }
 
 }  // namespace
+}  // namespace zep::ZEP_VARIANT::fft
+
+namespace zep::ZEP_VARIANT {
 
 ZepStatus zepsFFTFwd_RToPerm_32f(const Zep32f* pSrc, Zep32f* pDst, const FFTSpecR32f* pSpec,
                                  Zep8u* pBuffer) {
@@ -88,16 +94,15 @@ ZepStatus zepsFFTFwd_RToPerm_32f(const Zep32f* pSrc, Zep32f* pDst, const FFTSpec
     if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
     const int order = pSpec->order;
     const bool scaled = pSpec->scaleForward != 0;
-    if (order < kFirstFoldedOrder) {
-        realShort(pSrc, pDst, order, scaled, pSpec->scale);
+    if (order < fft::kFirstFoldedOrder) {
+        fft::realShort(pSrc, pDst, order, scaled, pSpec->scale);
         return zepStsNoErr;
     }
-    const FftScratch scratch(pBuffer, pSpec->workSize);
+    const fft::Scratch scratch(pBuffer, pSpec->workSize);
     if (scratch.missing()) return zepStsMemAllocErr;
-    Zep32fc* z = reinterpret_cast<Zep32fc*>(pDst);
-    FFTComplex<Direction::Forward>(reinterpret_cast<const Zep32fc*>(pSrc), z, order - 1, *pSpec,
-                                   scratch.floats(), scaled);
-    FFTFold(z, order, *pSpec);
+    fft::Routes<fft::Direction::Forward, float>::complex(pSrc, pDst, order - 1, *pSpec,
+                                                         scratch.as<float>(), scaled);
+    fft::FFTFold(pDst, order, *pSpec);
     return zepStsNoErr;
 }
 

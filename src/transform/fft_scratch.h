@@ -3,27 +3,33 @@
 
 #include "transform/fft_spec.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 
-class FftScratch {
+class Scratch {
 public:
-    FftScratch(Zep8u* buffer, std::int32_t bytes) {
+    // buffer holds 32 bytes more than `bytes`, for its alignment.
+    Scratch(Zep8u* buffer, std::int32_t bytes) {
         if (bytes <= 0) return;
         if (buffer != nullptr) {
-            memory_ = alignUp(buffer);
+            // To a cache line where that costs no more than those 32 bytes.
+            Zep8u* line = alignUp(buffer, kLine);
+            memory_ = line - buffer <= std::ptrdiff_t{kObjectAlignment} ? line : alignUp(buffer);
         } else {
             memory_ = owned_ = zepMalloc(bytes);
             missing_ = owned_ == nullptr;
         }
     }
-    ~FftScratch() {
+    ~Scratch() {
         if (owned_ != nullptr) zepFree(owned_);
     }
-    FftScratch(const FftScratch&) = delete;
-    FftScratch& operator=(const FftScratch&) = delete;
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
 
     bool missing() const { return missing_; }
-    float* floats() const { return static_cast<float*>(memory_); }
+    template <class T>
+    T* as() const {
+        return static_cast<T*>(memory_);
+    }
 
 private:
     void* memory_ = nullptr;
@@ -31,4 +37,4 @@ private:
     bool missing_ = false;
 };
 
-}  // namespace zep::ZEP_VARIANT
+}  // namespace zep::ZEP_VARIANT::fft

@@ -6,21 +6,25 @@
 #include "simd/vec.h"
 #include "transform/fft_sine_constants.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 namespace {
 
 constexpr int kQuarter = 1 << (kConstantSineOrder - 2);
 
+template <class T>
 struct ConstantTable {
-    float s[kQuarter + 1];
+    T s[kQuarter + 1];
 };
-constexpr ConstantTable makeConstantTable() {
-    ConstantTable table{};
-    for (int k = 0; k <= kQuarter; ++k) table.s[k] = quarterSine(k, 4 * kQuarter);
+template <class T>
+constexpr ConstantTable<T> makeConstantTable() {
+    ConstantTable<T> table{};
+    for (int k = 0; k <= kQuarter; ++k) table.s[k] = quarterSine<T>(k, 4 * kQuarter);
     return table;
 }
-constexpr ConstantTable kConstantTable = makeConstantTable();
-static_assert(kConstantTable.s[kQuarter] == 1.0f);
+template <class T>
+constexpr ConstantTable<T> kConstantTable = makeConstantTable<T>();
+static_assert(kConstantTable<float>.s[kQuarter] == 1.0f);
+static_assert(kConstantTable<double>.s[kQuarter] == 1.0);
 
 using V = simd::Native<double>;
 
@@ -43,38 +47,44 @@ V alternatingSeries(V square) {
 
 }  // namespace
 
-Sines constantSines() { return {kConstantTable.s, kConstantSineOrder}; }
+template <class T>
+Sines<T> constantSines() {
+    return {kConstantTable<T>.s, kConstantSineOrder};
+}
 
-Sines computedSines(float* table, int order) {
+template <class T>
+Sines<T> computedSines(T* table, int order) {
     const std::int64_t quarter = std::int64_t{1} << (order - 2);
     const V step = V::broadcast(kTwoPi / static_cast<double>(4 * quarter));
     double ramp[V::lanes], sines[V::lanes], cosines[V::lanes];
     for (int n = 0; n < V::lanes; ++n) ramp[n] = n;
     // An eighth of the turn gives the whole quarter: the cosines of one half are the sines of the
     // other.
+    // From kConstantSineOrder on the eighth is whole vectors.
+    static_assert(kQuarter / 2 % V::lanes == 0);
     for (std::int64_t k = 0; k < quarter / 2; k += V::lanes) {
         const V x = (V::load(ramp) + V::broadcast(static_cast<double>(k))) * step, square = x * x;
         (x * alternatingSeries<1>(square)).store(sines);
         alternatingSeries<0>(square).store(cosines);
         for (int n = 0; n < V::lanes; ++n) {
-            table[k + n] = static_cast<float>(sines[n]);
-            table[quarter - k - n] = static_cast<float>(cosines[n]);
+            table[k + n] = static_cast<T>(sines[n]);
+            table[quarter - k - n] = static_cast<T>(cosines[n]);
         }
     }
-    table[quarter / 2] = static_cast<float>(std::sin(kTwoPi / 8));
+    table[quarter / 2] = static_cast<T>(std::sin(kTwoPi / 8));
     return {table, order};
 }
 
-Twiddle directTwiddle(std::uint64_t k, int order) {
+template <class T>
+Twiddle<T> directTwiddle(std::uint64_t k, int order) {
     const std::uint64_t quarter = std::uint64_t{1} << (order - 2);
     const double step = kTwoPi / static_cast<double>(4 * quarter);
     const auto quarterSine = [&](std::uint64_t i) {
-        return static_cast<float>(i <= quarter / 2
-                                      ? std::sin(static_cast<double>(i) * step)
-                                      : std::cos(static_cast<double>(quarter - i) * step));
+        return static_cast<T>(i <= quarter / 2 ? std::sin(static_cast<double>(i) * step)
+                                               : std::cos(static_cast<double>(quarter - i) * step));
     };
     const std::uint64_t rest = k & (quarter - 1);
-    const float s = quarterSine(rest), c = quarterSine(quarter - rest);
+    const T s = quarterSine(rest), c = quarterSine(quarter - rest);
     switch ((k >> (order - 2)) & 3) {
         case 0:
             return {c, s};
@@ -87,4 +97,11 @@ Twiddle directTwiddle(std::uint64_t k, int order) {
     }
 }
 
-}  // namespace zep::ZEP_VARIANT
+template Sines<float> constantSines();
+template Sines<double> constantSines();
+template Sines<float> computedSines(float*, int);
+template Sines<double> computedSines(double*, int);
+template Twiddle<float> directTwiddle(std::uint64_t, int);
+template Twiddle<double> directTwiddle(std::uint64_t, int);
+
+}  // namespace zep::ZEP_VARIANT::fft

@@ -5,67 +5,139 @@
 #include "transform/fft_tables.h"
 #include "transform/fft_tuning.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 namespace {
 
 constexpr int kMaxOrderAnyKind = 30;
 
-constexpr int maxOrder(FftKind kind) { return kind == FftKind::Complex ? 28 : 29; }
-
-constexpr std::size_t roundUp(std::size_t bytes) {
-    return (bytes + kFftAlignment - 1) & ~std::size_t{kFftAlignment - 1};
+constexpr int maxOrder(FftKind kind) {
+    return kind == FftKind::Complex ? 28 : kind == FftKind::Real ? 29 : 27;
 }
 
-constexpr std::size_t kFixedBytes = roundUp(sizeof(FftObject));
+constexpr std::size_t roundUp(std::size_t bytes) {
+    return (bytes + kObjectAlignment - 1) & ~(kObjectAlignment - 1);
+}
+
+// The fixed part, and from there to the tables: an object on an odd multiple of 32 leaves a gap.
+template <class T>
+constexpr std::size_t kFixedBytes = sizeof(FftObject<T>);
+template <class T>
+constexpr std::size_t kMaxFixedBytes = roundUp(kFixedBytes<T>) + kLine - kObjectAlignment;
 
 // The sines, from the order on for which no compiled table serves.
+template <class T>
 std::size_t temporaryBytes(FftKind kind, int order) {
     if (order <= kConstantSineOrder) return 0;
-    const std::size_t entries = (std::size_t{1} << (sineOrder(kind, order) - 2)) + 1;
-    return roundUp(entries * sizeof(float)) + kFftAlignment;
+    const std::size_t entries = (std::size_t{1} << (sineOrder<T>(kind, order) - 2)) + 1;
+    return roundUp(entries * sizeof(T)) + kObjectAlignment;
 }
 
 constexpr bool validFlag(int flag) { return flag == 1 || flag == 2 || flag == 4 || flag == 8; }
 
 // A long transform needs room for one block or for one tile of columns, whichever is larger, at
 // every level, and its bit reversal for two tiles.
+template <class T>
 constexpr std::size_t complexScratch(int order) {
+    using Tuning = TuningOf<T>;
+    constexpr std::size_t element = 2 * sizeof(T);
     if (order <= Tuning::directMaxOrder) return 0;
-    if (order <= Tuning::blockMaxOrder) return std::size_t{8} << order;
-    std::size_t bytes =
-        order >= Tuning::tiledFromOrder ? std::size_t{16} << 2 * Tuning::tileOrder : 0;
+    if (order <= Tuning::blockMaxOrder) return element << order;
+    std::size_t bytes = order >= Tuning::tiledFromOrder ? 2 * element << 2 * Tuning::tileOrder : 0;
     int rest = order;
     while (rest > Tuning::blockMaxOrder) {
-        const FftSplit split = Tuning::split(rest);
-        const std::size_t tile = std::size_t{8} << split.t;
+        const Split split = Tuning::split(rest);
+        const std::size_t tile = element << split.t;
         if (tile > bytes) bytes = tile;
         rest -= split.r;
     }
-    const std::size_t block = std::size_t{8} << rest;
+    const std::size_t block = element << rest;
     return block > bytes ? block : bytes;
 }
 
+// What the routes use, whatever callers are told: the tiles of a split transform.
+template <class T>
+constexpr bool scratchHoldsTheTiles() {
+    using Tuning = TuningOf<T>;
+    for (int order = Tuning::splitFromOrder; order <= maxOrder(FftKind::Complex); ++order) {
+        std::size_t needed = 4 * sizeof(T) << 2 * Tuning::tileOrder;
+        int rest = order;
+        for (int level = 0; splitAt<T>(level, rest).r > 0; ++level) {
+            const Split split = splitAt<T>(level, rest);
+            if (needed < 2 * sizeof(T) << split.t) needed = 2 * sizeof(T) << split.t;
+            rest -= split.r;
+        }
+        if (complexScratch<T>(order) < needed) return false;
+    }
+    return true;
+}
+static_assert(scratchHoldsTheTiles<float>() && scratchHoldsTheTiles<double>());
+
+template <class T>
 std::size_t scratchBytes(FftKind kind, int order) {
-    if (kind == FftKind::Complex) return complexScratch(order);
-    return order >= 5 ? complexScratch(order - 1) : 0;
+    if (kind != FftKind::Real) return complexScratch<T>(order);
+    return order >= kFirstFoldedOrder ? complexScratch<T>(order - 1) : 0;
 }
 
-void decodeFlag(FftObject& spec, FftKind kind, int flag) {
+inline float reciprocalRoot(float N) { return simd::refinedReciprocalRoot(N); }
+inline double reciprocalRoot(double N) { return 1.0 / __builtin_sqrt(N); }
+
+template <class T>
+void decodeFlag(FftObject<T>& spec, FftKind kind, int flag) {
     spec.magic = static_cast<std::int32_t>(kind);
-    const float length = static_cast<float>(std::int64_t{1} << spec.order);
+    const T length = static_cast<T>(std::int64_t{1} << spec.order);
     spec.scaleForward = flag == ZEP_FFT_SCALE_FWD || flag == ZEP_FFT_SCALE_SQRT;
     spec.scaleInverse = flag == ZEP_FFT_SCALE_INV || flag == ZEP_FFT_SCALE_SQRT;
     if (flag == ZEP_FFT_SCALE_SQRT)
-        spec.scale = simd::refinedReciprocalRoot(length);
+        spec.scale = reciprocalRoot(length);
     else if (flag != ZEP_FFT_SCALE_NONE)
-        spec.scale = 1.0f / length;
+        spec.scale = 1 / length;
 }
 
-template <FftKind kKind, class Spec>
+}  // namespace
+
+template <class T>
+ZepStatus FFTGetSize(FftKind kind, int order, int flag, int, FftSizes* sizes) {
+    if (order < 0 || order > kMaxOrderAnyKind) return zepStsFftOrderErr;
+    if (sizes == nullptr) return zepStsNullPtrErr;
+    if (!validFlag(flag)) return zepStsFftFlagErr;
+    if (order > maxOrder(kind)) return zepStsFftOrderErr;
+    sizes->object = kMaxFixedBytes<T> + tableBytes<T>(kind, order) + kObjectAlignment;
+    sizes->temporary = temporaryBytes<T>(kind, order);
+    sizes->scratch = roundUp(scratchBytes<T>(kind, order));
+    return zepStsNoErr;
+}
+
+template <class T>
+ZepStatus FFTInit(FftKind kind, FftObject<T>** object, int order, int flag, int hint, void* memory,
+                  void* temporary) {
+    if (anyNull(object, memory)) return zepStsNullPtrErr;
+    if (order < 0 || order > maxOrder(kind)) return zepStsFftOrderErr;
+    if (temporaryBytes<T>(kind, order) > 0 && temporary == nullptr) return zepStsNullPtrErr;
+    auto* spec = static_cast<FftObject<T>*>(alignUp(memory));
+    // Whatever stood here is no valid object from now on, even where the flag is refused.
+    *spec = FftObject<T>{};
+    if (!validFlag(flag)) return zepStsFftFlagErr;
+    spec->order = order;
+    spec->hint = hint;
+    decodeFlag(*spec, kind, flag);
+    spec->workSize = static_cast<std::int32_t>(roundUp(scratchBytes<T>(kind, order)));
+    void* tables = alignUp<void>(reinterpret_cast<char*>(spec) + kFixedBytes<T>, kLine);
+    const Sines<T> sines =
+        temporaryBytes<T>(kind, order) > 0
+            ? computedSines(static_cast<T*>(alignUp(temporary)), sineOrder<T>(kind, order))
+            : constantSines<T>();
+    buildTables(*spec, kind, tables, sines);
+    *object = spec;
+    return zepStsNoErr;
+}
+
+template <class Spec>
 ZepStatus initAlloc(Spec** ppSpec, int order, int flag, int hint) {
+    using T = typename SpecTraits<Spec>::Scalar;
+    constexpr FftKind kKind = SpecTraits<Spec>::kind;
     if (ppSpec == nullptr) return zepStsNullPtrErr;
     FftSizes sizes{};
-    if (const ZepStatus s = FFTGetSize(kKind, order, flag, hint, &sizes); s != zepStsNoErr)
+    if (const ZepStatus s = FFTGetSize<T>(kKind, order, flag, hint, &sizes); s != zepStsNoErr)
         return s;
     void* memory = zepMalloc(static_cast<int>(sizes.object));
     if (memory == nullptr) return zepStsMemAllocErr;
@@ -77,8 +149,8 @@ ZepStatus initAlloc(Spec** ppSpec, int order, int flag, int hint) {
             return zepStsMemAllocErr;
         }
     }
-    FftObject* object = nullptr;
-    const ZepStatus status = FFTInit(kKind, &object, order, flag, hint, memory, temporary);
+    FftObject<T>* object = nullptr;
+    const ZepStatus status = FFTInit<T>(kKind, &object, order, flag, hint, memory, temporary);
     zepFree(temporary);
     if (status != zepStsNoErr) {
         zepFree(memory);
@@ -89,10 +161,11 @@ ZepStatus initAlloc(Spec** ppSpec, int order, int flag, int hint) {
     return zepStsNoErr;
 }
 
-template <FftKind kKind, class Spec>
+template <class Spec>
 ZepStatus release(Spec* pSpec) {
     if (pSpec == nullptr) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(kKind)) return zepStsContextMatchErr;
+    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
+        return zepStsContextMatchErr;
     pSpec->magic = 0;
     // The allocator's blocks begin on 32-byte boundaries, so the object begins where its block
     // does.
@@ -100,65 +173,43 @@ ZepStatus release(Spec* pSpec) {
     return zepStsNoErr;
 }
 
-template <FftKind kKind, class Spec>
+template <class Spec>
 ZepStatus bufSize(const Spec* pSpec, int* pBufSize) {
     if (anyNull(pSpec, pBufSize)) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(kKind)) return zepStsContextMatchErr;
-    *pBufSize = pSpec->workSize > 0 ? pSpec->workSize + kFftAlignment : 0;
+    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
+        return zepStsContextMatchErr;
+    constexpr int kSlack = static_cast<int>(kObjectAlignment);
+    *pBufSize = pSpec->workSize > 0 ? pSpec->workSize + kSlack : 0;
     return zepStsNoErr;
 }
 
-}  // namespace
+template ZepStatus FFTGetSize<float>(FftKind, int, int, int, FftSizes*);
+template ZepStatus FFTGetSize<double>(FftKind, int, int, int, FftSizes*);
+template ZepStatus FFTInit<float>(FftKind, FftObject<float>**, int, int, int, void*, void*);
+template ZepStatus FFTInit<double>(FftKind, FftObject<double>**, int, int, int, void*, void*);
+template ZepStatus initAlloc(FFTSpecC64fc**, int, int, int);
+template ZepStatus release(FFTSpecC64fc*);
+template ZepStatus bufSize(const FFTSpecC64fc*, int*);
 
-ZepStatus FFTGetSize(FftKind kind, int order, int flag, int, FftSizes* sizes) {
-    if (order < 0 || order > kMaxOrderAnyKind) return zepStsFftOrderErr;
-    if (sizes == nullptr) return zepStsNullPtrErr;
-    if (!validFlag(flag)) return zepStsFftFlagErr;
-    if (order > maxOrder(kind)) return zepStsFftOrderErr;
-    sizes->object = kFixedBytes + tableBytes(kind, order) + kFftAlignment;
-    sizes->temporary = temporaryBytes(kind, order);
-    sizes->scratch = roundUp(scratchBytes(kind, order));
-    return zepStsNoErr;
-}
+}  // namespace zep::ZEP_VARIANT::fft
 
-ZepStatus FFTInit(FftKind kind, FftObject** object, int order, int flag, int hint, void* memory,
-                  void* temporary) {
-    if (anyNull(object, memory)) return zepStsNullPtrErr;
-    if (order < 0 || order > maxOrder(kind)) return zepStsFftOrderErr;
-    if (temporaryBytes(kind, order) > 0 && temporary == nullptr) return zepStsNullPtrErr;
-    FftObject* spec = alignUp(static_cast<FftObject*>(memory));
-    // Whatever stood here is no valid object from now on, even where the flag is refused.
-    *spec = FftObject{};
-    if (!validFlag(flag)) return zepStsFftFlagErr;
-    spec->order = order;
-    spec->hint = hint;
-    decodeFlag(*spec, kind, flag);
-    spec->workSize = static_cast<std::int32_t>(roundUp(scratchBytes(kind, order)));
-    float* tables = reinterpret_cast<float*>(reinterpret_cast<char*>(spec) + kFixedBytes);
-    const Sines sines =
-        temporaryBytes(kind, order) > 0
-            ? computedSines(alignUp(static_cast<float*>(temporary)), sineOrder(kind, order))
-            : constantSines();
-    buildTables(*spec, kind, tables, sines);
-    *object = spec;
-    return zepStsNoErr;
-}
+namespace zep::ZEP_VARIANT {
 
 ZepStatus zepsFFTInitAlloc_C_32fc(FFTSpecC32fc** ppSpec, int order, int flag, int hint) {
-    return initAlloc<FftKind::Complex>(ppSpec, order, flag, hint);
+    return fft::initAlloc(ppSpec, order, flag, hint);
 }
 ZepStatus zepsFFTInitAlloc_R_32f(FFTSpecR32f** ppSpec, int order, int flag, int hint) {
-    return initAlloc<FftKind::Real>(ppSpec, order, flag, hint);
+    return fft::initAlloc(ppSpec, order, flag, hint);
 }
 
-ZepStatus zepsFFTFree_C_32fc(FFTSpecC32fc* pSpec) { return release<FftKind::Complex>(pSpec); }
-ZepStatus zepsFFTFree_R_32f(FFTSpecR32f* pSpec) { return release<FftKind::Real>(pSpec); }
+ZepStatus zepsFFTFree_C_32fc(FFTSpecC32fc* pSpec) { return fft::release(pSpec); }
+ZepStatus zepsFFTFree_R_32f(FFTSpecR32f* pSpec) { return fft::release(pSpec); }
 
 ZepStatus zepsFFTGetBufSize_C_32fc(const FFTSpecC32fc* pSpec, int* pBufSize) {
-    return bufSize<FftKind::Complex>(pSpec, pBufSize);
+    return fft::bufSize(pSpec, pBufSize);
 }
 ZepStatus zepsFFTGetBufSize_R_32f(const FFTSpecR32f* pSpec, int* pBufSize) {
-    return bufSize<FftKind::Real>(pSpec, pBufSize);
+    return fft::bufSize(pSpec, pBufSize);
 }
 
 }  // namespace zep::ZEP_VARIANT

@@ -2,21 +2,21 @@
 // compiler has to order so long a run of code otherwise than the loops of the passes.
 #include "transform/fft_routes.h"
 #include "transform/fft_rows.h"
-#include "transform/fft_tuning.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 
-static_assert(1 << kStraightOrder == 16 * kLanes);
-
-template <Direction D>
-void FFTStraight(const Zep32fc* src, Zep32fc* dst, float scale) {
-    if (scale == 1.0f)
-        directRows<D, Real, 16, false>(&src->re, &dst->re, scale);
+template <Direction D, class T>
+void Routes<D, T>::straight(const T* src, T* dst, T scale) {
+    static_assert(straightRows<T>(kStraightOrder<T>).rows == 16);
+    if (scale == 1)
+        transformRows<D, Real<T>, 16, false>(src, dst, scale);
     else
-        directRows<D, Real, 16, true>(&src->re, &dst->re, scale);
+        transformRows<D, Real<T>, 16, true>(src, dst, scale);
 }
 
-template void FFTStraight<Direction::Forward>(const Zep32fc*, Zep32fc*, float);
-template void FFTStraight<Direction::Inverse>(const Zep32fc*, Zep32fc*, float);
+template struct Routes<Direction::Forward, float>;
+template struct Routes<Direction::Inverse, float>;
+template struct Routes<Direction::Forward, double>;
+template struct Routes<Direction::Inverse, double>;
 
-}  // namespace zep::ZEP_VARIANT
+}  // namespace zep::ZEP_VARIANT::fft

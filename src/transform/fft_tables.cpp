@@ -4,32 +4,32 @@
 // Single block: reversed indices of the first pass, then the twiddles of every later pass.
 // Long: reversed indices of the middle bits of the tiled permutation, the block's twiddles, and for
 // each level the twiddles of the passes across its blocks in two factors: W(e, c) = fine(e, c mod
-// 64) * coarse(e, c div 64). The two tables together take about N/32 elements where one would take
+// 2^kFineOrder) * coarse(e, c div 2^kFineOrder). The two tables together take about N/32 elements where one would take
 // N; the product costs one rounding of 2^-25 in a pass that waits for memory anyway.
 #include "transform/fft_tables.h"
 
 #include "transform/fft_passes.h"
 #include "transform/fft_tuning.h"
 
-namespace zep::ZEP_VARIANT {
+namespace zep::ZEP_VARIANT::fft {
 namespace {
 
-// Hands out pieces of a block on 32-byte boundaries; without a block it only counts.
+// Hands out pieces of a block on boundaries of cache lines; without a block it only counts.
 class Layout {
 public:
-    explicit Layout(float* memory) : memory_(memory) {}
+    explicit Layout(void* memory) : memory_(static_cast<char*>(memory)) {}
 
-    float* floats(std::size_t count) {
-        float* piece = memory_ == nullptr ? nullptr : memory_ + used_;
-        used_ += (count + 7) / 8 * 8;
-        return piece;
+    template <class P>
+    P* piece(std::size_t count) {
+        char* p = memory_ == nullptr ? nullptr : memory_ + used_;
+        used_ += (count * sizeof(P) + kLine - 1) / kLine * kLine;
+        return reinterpret_cast<P*>(p);
     }
-    std::int32_t* ints(std::size_t count) { return reinterpret_cast<std::int32_t*>(floats(count)); }
-    std::size_t bytes() const { return used_ * sizeof(float); }
+    std::size_t bytes() const { return used_; }
 
 private:
-    float* memory_;
-    std::size_t used_ = 0;  // floats
+    char* memory_;
+    std::size_t used_ = 0;
 };
 
 // table[i] = the low `bits` bits of i, reversed: a counter that carries from the top bit downward.
@@ -43,113 +43,130 @@ void fillReversal(std::int32_t* table, int bits) {
     }
 }
 
-// One pass of radix R: blocks of kLanes columns, legs 1 .. R-1, cosines then negated sines.
-// angle(k) is 2*pi*k/(R*G).
-template <class Angle>
-void fillPass(float* out, int radix, std::int64_t columns, Angle angle) {
-    for (std::int64_t c = 0; c < columns; c += kLanes)
-        for (int e = 1; e < radix; ++e, out += 2 * kLanes)
-            for (int s = 0; s < kLanes; ++s) {
-                const Twiddle w = angle(static_cast<std::uint64_t>(e) *
-                                        static_cast<std::uint64_t>(c + simd::slotElement<Real>(s)));
-                out[s] = w.cos;
-                out[s + kLanes] = -w.sin;
-            }
+// Pairs for the entries first, first + 1, ... in blocks of a vector's lanes, in slot order: of each
+// block the first parts of entry(k), then the second.
+template <class V, class T, class Entry>
+T* fillVectors(T* out, std::uint64_t first, std::uint64_t count, Entry entry) {
+    for (std::uint64_t k = first; k < first + count; k += V::lanes, out += 2 * V::lanes)
+        for (int s = 0; s < V::lanes; ++s) {
+            const Twiddle<T> pair = entry(k + static_cast<std::uint64_t>(simd::slotElement<V>(s)));
+            out[s] = pair.cos;
+            out[s + V::lanes] = pair.sin;
+        }
+    return out;
 }
 
-void fillPasses(float* out, int groupOrder, int order, const Sines& sines) {
+// One pass of radix R: for each vector of columns the legs 1 .. R-1, cosines then negated sines.
+// angle(k) is 2*pi*k/(R*G).
+template <class T, class Angle>
+void fillPass(T* out, int radix, std::uint64_t columns, Angle angle) {
+    for (std::uint64_t c = 0; c < columns; c += kLanes<T>)
+        for (int e = 1; e < radix; ++e)
+            out = fillVectors<Real<T>>(out, c, kLanes<T>, [&](std::uint64_t column) {
+                const Twiddle<T> w = angle(static_cast<std::uint64_t>(e) * column);
+                return Twiddle<T>{w.cos, -w.sin};
+            });
+}
+
+template <class T>
+void fillPasses(T* out, int groupOrder, int order, const Sines<T>& sines) {
     for (PassSequence passes(groupOrder, order); !passes.done(); passes.next()) {
         const int joined = passes.groupOrder() + passes.radixOrder();
-        fillPass(out + passTwiddles(passes.groupOrder()), 1 << passes.radixOrder(),
-                 std::int64_t{1} << passes.groupOrder(),
+        fillPass(out + passTwiddles<T>(passes.groupOrder()), 1 << passes.radixOrder(),
+                 std::uint64_t{1} << passes.groupOrder(),
                  [&](std::uint64_t k) { return sines.at(k, joined); });
     }
 }
 
-void layoutLevel(Layout& layout, FftObject* spec, int level, int blockOrder, int order) {
+template <class T>
+void layoutLevel(Layout& layout, FftObject<T>* spec, int level, int blockOrder, int order) {
     for (PassSequence passes(blockOrder, order); !passes.done(); passes.next()) {
-        const LevelTable size(passes.groupOrder(), passes.radixOrder());
-        float* out = layout.floats(size.floats());
+        const LevelTable<T> size(passes.groupOrder(), passes.radixOrder());
+        T* out = layout.piece<T>(size.scalars());
         if (spec == nullptr) continue;
         if (passes.groupOrder() == blockOrder) spec->levelTwiddles[level] = out;
         const int joined = passes.groupOrder() + passes.radixOrder();
-        const auto angle = [&](std::uint64_t k) { return directTwiddle(k, joined); };
-        fillPass(out, 1 << passes.radixOrder(), std::int64_t{1} << kFineOrder, angle);
-        float* coarse = out + size.fineFloats();
+        const auto angle = [&](std::uint64_t k) { return directTwiddle<T>(k, joined); };
+        fillPass(out, 1 << passes.radixOrder(), std::uint64_t{1} << kFineOrder, angle);
+        T* coarse = out + size.fineScalars();
         for (std::uint64_t c = 0; c >> (passes.groupOrder() - kFineOrder) == 0; ++c)
             for (std::uint64_t e = 1; e >> passes.radixOrder() == 0; ++e, coarse += 2) {
-                const Twiddle w = angle(e * c << kFineOrder);
+                const Twiddle<T> w = angle(e * c << kFineOrder);
                 coarse[0] = w.cos;
                 coarse[1] = -w.sin;
             }
     }
 }
 
-void layoutComplex(Layout& layout, FftObject* spec, int order, const Sines* sines) {
-    if (order <= kStraightOrder) return;
+template <class T>
+void layoutComplex(Layout& layout, FftObject<T>* spec, int order, const Sines<T>* sines) {
+    using Tuning = TuningOf<T>;
+    if (order <= kStraightOrder<T>) return;
     int blockOrder = order;
-    const bool isLong = order >= kSplitFromOrder;
-    for (int level = 0; isLong && splitAt(level, blockOrder).r > 0; ++level) {
+    const bool isLong = order >= Tuning::splitFromOrder;
+    for (int level = 0; isLong && splitAt<T>(level, blockOrder).r > 0; ++level) {
         const int joined = blockOrder;
-        blockOrder -= splitAt(level, joined).r;
+        blockOrder -= splitAt<T>(level, joined).r;
         layoutLevel(layout, spec, level, blockOrder, joined);
     }
-    const int reversedBits = order - 2 * (isLong ? Tuning::tileOrder : kLogLanes);
-    std::int32_t* reversal = layout.ints(std::size_t{1} << reversedBits);
-    float* block = layout.floats(static_cast<std::size_t>(passTwiddles(blockOrder)));
+    const int reversedBits = order - 2 * (isLong ? Tuning::tileOrder : kLogLanes<T>);
+    std::int32_t* reversal = layout.piece<std::int32_t>(std::size_t{1} << reversedBits);
+    T* block = layout.piece<T>(static_cast<std::size_t>(passTwiddles<T>(blockOrder)));
     if (spec == nullptr) return;
     fillReversal(reversal, reversedBits);
     // The tiled permutation of a long transform ends its own passes at groups of one tile row.
-    const int tileRow = isLong ? Tuning::tileOrder : kLogLanes;
-    fillPasses(block, kLogLanes, tileRow, *sines);
+    const int tileRow = isLong ? Tuning::tileOrder : kLogLanes<T>;
+    fillPasses(block, kLogLanes<T>, tileRow, *sines);
     fillPasses(block, tileRow, blockOrder, *sines);
     spec->bitReversal = reversal;
     spec->blockTwiddles = block;
 }
 
-// k = 1 .. N/4 in blocks of kLanes: A(k) = cos/2, then B(k) = (1 - sin)/2; unfolding: cos, then
-// -sin.
-void layoutFold(Layout& layout, FftObject* spec, int order, const Sines* sines) {
+// k = 1 .. N/4: A(k) = cos/2 and B(k) = (1 - sin)/2; unfolding: cos and -sin.
+template <class T>
+void layoutFold(Layout& layout, FftObject<T>* spec, int order, const Sines<T>* sines) {
     const std::size_t entries = std::size_t{1} << (order - 2);
-    float* fold = layout.floats(2 * entries);
-    float* unfold = layout.floats(2 * entries);
+    T* fold = layout.piece<T>(2 * entries);
+    T* unfold = layout.piece<T>(2 * entries);
     if (spec == nullptr) return;
     spec->foldTwiddles = fold;
     spec->unfoldTwiddles = unfold;
-    for (std::size_t k = 1; k <= entries; k += kLanes, fold += 2 * kLanes, unfold += 2 * kLanes)
-        for (int s = 0; s < kLanes; ++s) {
-            const Twiddle w =
-                sines->at(k + static_cast<std::size_t>(simd::slotElement<Real>(s)), order);
-            fold[s] = 0.5f * w.cos;
-            fold[s + kLanes] = 0.5f - 0.5f * w.sin;
-            unfold[s] = w.cos;
-            unfold[s + kLanes] = -w.sin;
-        }
+    withFoldVector<T>(order, [&]<class V>(V) {
+        fillVectors<V>(fold, 1, entries, [&](std::uint64_t k) {
+            const Twiddle<T> w = sines->at(k, order);
+            return Twiddle<T>{T{0.5} * w.cos, T{0.5} - T{0.5} * w.sin};
+        });
+        fillVectors<V>(unfold, 1, entries, [&](std::uint64_t k) {
+            const Twiddle<T> w = sines->at(k, order);
+            return Twiddle<T>{w.cos, -w.sin};
+        });
+    });
 }
 
-// k = a + 1024*b: fine entries (cos, -sin) for a = 1 .. 1024 in blocks of kLanes, then coarse pairs
-// for b = 0, 1, ... Folding and unfolding share it.
-void layoutLongFold(Layout& layout, FftObject* spec, int order) {
+// k = a + 1024*b: fine entries (cos, -sin) for a = 1 .. 1024, then coarse pairs for b = 0, 1, ...
+// Folding and unfolding share it.
+template <class T>
+void layoutLongFold(Layout& layout, FftObject<T>* spec, int order) {
     const std::size_t coarseEntries = std::size_t{1} << (order - 12);
-    float* out = layout.floats(2 * (kFineFold + coarseEntries));
+    T* fine = layout.piece<T>(2 * (kFineFold + coarseEntries));
     if (spec == nullptr) return;
-    spec->foldTwiddles = spec->unfoldTwiddles = out;
-    for (std::size_t a = 1; a <= kFineFold; a += kLanes, out += 2 * kLanes)
-        for (int s = 0; s < kLanes; ++s) {
-            const Twiddle w =
-                directTwiddle(a + static_cast<std::size_t>(simd::slotElement<Real>(s)), order);
-            out[s] = w.cos;
-            out[s + kLanes] = -w.sin;
-        }
-    for (std::size_t b = 0; b < coarseEntries; ++b, out += 2) {
-        const Twiddle w = directTwiddle(b * kFineFold, order);
-        out[0] = w.cos;
-        out[1] = -w.sin;
+    spec->foldTwiddles = spec->unfoldTwiddles = fine;
+    const auto negated = [order](std::uint64_t k) {
+        const Twiddle<T> w = directTwiddle<T>(k, order);
+        return Twiddle<T>{w.cos, -w.sin};
+    };
+    static_assert(kFineFold % kLanes<T> == 0);
+    T* coarse = fillVectors<Real<T>>(fine, 1, kFineFold, negated);
+    for (std::size_t b = 0; b < coarseEntries; ++b, coarse += 2) {
+        const Twiddle<T> w = negated(b * kFineFold);
+        coarse[0] = w.cos;
+        coarse[1] = w.sin;
     }
 }
 
-void layoutAll(Layout& layout, FftObject* spec, FftKind kind, int order, const Sines* sines) {
-    if (kind == FftKind::Complex) return layoutComplex(layout, spec, order, sines);
+template <class T>
+void layoutAll(Layout& layout, FftObject<T>* spec, FftKind kind, int order, const Sines<T>* sines) {
+    if (kind != FftKind::Real) return layoutComplex(layout, spec, order, sines);
     if (order < kFirstFoldedOrder) return;
     layoutComplex(layout, spec, order - 1, sines);
     if (order < kLongFoldOrder)
@@ -160,21 +177,31 @@ void layoutAll(Layout& layout, FftObject* spec, FftKind kind, int order, const S
 
 }  // namespace
 
+template <class T>
 std::size_t tableBytes(FftKind kind, int order) {
     Layout layout(nullptr);
-    layoutAll(layout, nullptr, kind, order, nullptr);
+    layoutAll<T>(layout, nullptr, kind, order, nullptr);
     return layout.bytes();
 }
 
+template <class T>
 int sineOrder(FftKind kind, int order) {
-    const int largest = kind == FftKind::Complex ? innermostBlock(order) : kLongFoldOrder - 1;
+    const int largest = kind == FftKind::Real ? kLongFoldOrder - 1 : innermostBlock<T>(order);
     if (order <= kConstantSineOrder) return kConstantSineOrder;
     return order < largest ? order : largest;
 }
 
-void buildTables(FftObject& spec, FftKind kind, float* memory, const Sines& sines) {
+template <class T>
+void buildTables(FftObject<T>& spec, FftKind kind, void* memory, const Sines<T>& sines) {
     Layout layout(memory);
     layoutAll(layout, &spec, kind, spec.order, &sines);
 }
 
-}  // namespace zep::ZEP_VARIANT
+template std::size_t tableBytes<float>(FftKind, int);
+template std::size_t tableBytes<double>(FftKind, int);
+template int sineOrder<float>(FftKind, int);
+template int sineOrder<double>(FftKind, int);
+template void buildTables(FftObject<float>&, FftKind, void*, const Sines<float>&);
+template void buildTables(FftObject<double>&, FftKind, void*, const Sines<double>&);
+
+}  // namespace zep::ZEP_VARIANT::fft

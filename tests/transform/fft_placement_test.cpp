@@ -83,7 +83,17 @@ void placementNeverMatters(int order, int flag, Direction direction) {
             if (s == d) placements.inPlace(d * kFloat, scratchOffset);
             if (testing::Test::HasFatalFailure()) return;
         }
-    for (const int scratchOffset : {-1, 0, 1, 4, 16, 31, 32}) placements.inPlace(0, scratchOffset);
+    for (const int scratchOffset : {-1, 0, 1, 4, 16, 31, 32, 33, 63})
+        placements.inPlace(0, scratchOffset);
+    // Addresses that are no multiple of the element, nor of its parts.
+    for (const int odd : {1, 2, 3, 5, 31, 33}) {
+        SCOPED_TRACE(testing::Message() << "odd offset " << odd);
+        placements.outOfPlace(odd, 0, odd);
+        placements.outOfPlace(0, odd, -1);
+        placements.outOfPlace(odd, 64 - odd, 0);
+        placements.inPlace(odd, 1);
+        if (testing::Test::HasFatalFailure()) return;
+    }
 }
 
 TEST_P(FftPlacement, NeverChangesAComplexSpectrum) {
@@ -111,6 +121,8 @@ void placementNeverMattersForLong(int order, Direction direction) {
     placements.inPlace(0, 0);
     placements.inPlace(kFloat, -1);
     placements.inPlace(2 * kFloat, 1);
+    placements.outOfPlace(1, 3, 32);
+    placements.inPlace(5, 33);
 }
 
 TEST_P(FftPlacement, NeverChangesALongComplexSpectrum) {

@@ -1,19 +1,29 @@
 // Compiled once per variant: the doors to that variant's set-up steps.
 #include "transform/fft_steps.h"
 
+#include "transform/fft_driver.h"
+
 namespace zep::ZEP_VARIANT {
 namespace {
 
 ZepStatus getSize(FftKind kind, int order, int flag, int hint, test::FftStepSizes* sizes) {
-    if (sizes == nullptr) return FFTGetSize(kind, order, flag, hint, nullptr);
-    FftSizes own{};
-    const ZepStatus status = FFTGetSize(kind, order, flag, hint, &own);
+    if (sizes == nullptr) return fft::FFTGetSize<float>(kind, order, flag, hint, nullptr);
+    fft::FftSizes own{};
+    const ZepStatus status = fft::FFTGetSize<float>(kind, order, flag, hint, &own);
     *sizes = {own.object, own.temporary, own.scratch};
     return status;
 }
 
+template <fft::Direction D>
+ZepStatus run(const Zep64fc* src, Zep64fc* dst, const FFTSpecC64fc* spec, Zep8u* scratch) {
+    return fft::transform<D>(src, dst, spec, scratch);
+}
+
 }  // namespace
 
-const test::FftSteps fftSteps = {getSize, FFTInit};
+const test::FftSteps fftSteps = {getSize, fft::FFTInit<float>};
+const test::DoubleFft doubleFft = {fft::initAlloc<FFTSpecC64fc>, fft::release<FFTSpecC64fc>,
+                                   fft::bufSize<FFTSpecC64fc>, run<fft::Direction::Forward>,
+                                   run<fft::Direction::Inverse>};
 
 }  // namespace zep::ZEP_VARIANT

@@ -15,8 +15,19 @@ struct FftStepSizes {
 
 struct FftSteps {
     ZepStatus (*getSize)(FftKind kind, int order, int flag, int hint, FftStepSizes* sizes);
-    ZepStatus (*init)(FftKind kind, FftObject** object, int order, int flag, int hint, void* memory,
-                      void* temporary);
+    ZepStatus (*init)(FftKind kind, FftObject<float>** object, int order, int flag, int hint,
+                      void* memory, void* temporary);
+};
+
+// The double transform, which has no exports of its own.
+struct DoubleFft {
+    ZepStatus (*create)(FFTSpecC64fc** spec, int order, int flag, int hint);
+    ZepStatus (*release)(FFTSpecC64fc* spec);
+    ZepStatus (*bufSize)(const FFTSpecC64fc* spec, int* bytes);
+    ZepStatus (*forward)(const Zep64fc* src, Zep64fc* dst, const FFTSpecC64fc* spec,
+                         Zep8u* scratch);
+    ZepStatus (*inverse)(const Zep64fc* src, Zep64fc* dst, const FFTSpecC64fc* spec,
+                         Zep8u* scratch);
 };
 
 }  // namespace zep::test
@@ -24,6 +35,7 @@ struct FftSteps {
 #define ZEP_DECLARE(arg, slot, column, ...) \
     namespace zep::column {                 \
     extern const test::FftSteps fftSteps;   \
+    extern const test::DoubleFft doubleFft; \
     }
 ZEP_COLUMNS(ZEP_DECLARE, )
 #undef ZEP_DECLARE
@@ -31,13 +43,20 @@ ZEP_COLUMNS(ZEP_DECLARE, )
 namespace zep::test {
 
 inline const FftSteps& fftStepsOf(const Variant& v) {
-    static constexpr const FftSteps* kSteps[] = {
-        nullptr,
+    static constexpr const FftSteps* kSteps[] = {nullptr,
 #define ZEP_STEPS(arg, slot, column, ...) &code::column::fftSteps,
-        ZEP_COLUMNS(ZEP_STEPS, )
+                                                 ZEP_COLUMNS(ZEP_STEPS, )
 #undef ZEP_STEPS
     };
     return *kSteps[v.slot];
+}
+inline const DoubleFft& doubleFftOf(const Variant& v) {
+    static constexpr const DoubleFft* kDoubles[] = {nullptr,
+#define ZEP_DOUBLE(arg, slot, column, ...) &code::column::doubleFft,
+                                                    ZEP_COLUMNS(ZEP_DOUBLE, )
+#undef ZEP_DOUBLE
+    };
+    return *kDoubles[v.slot];
 }
 
 }  // namespace zep::test

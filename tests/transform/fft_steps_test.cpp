@@ -91,7 +91,7 @@ TEST_P(FftSetUp, CallersSeeScratchWithRoomForItsAlignment) {
 TEST_P(FftSetUp, InitRefusesMissingMemory) {
     alignas(32) static Zep8u memory[1 << 17], temporary[1 << 14];
     for (const FftKind kind : kKinds) {
-        FftObject* object = nullptr;
+        FftObject<float>* object = nullptr;
         EXPECT_EQ(steps().init(kind, nullptr, 8, 8, 0, memory, nullptr), zepStsNullPtrErr);
         EXPECT_EQ(steps().init(kind, &object, 8, 8, 0, nullptr, nullptr), zepStsNullPtrErr);
         EXPECT_EQ(steps().init(kind, &object, 11, 8, 0, memory, nullptr), zepStsNullPtrErr);
@@ -109,10 +109,10 @@ TEST_P(FftSetUp, InitRefusesMissingMemory) {
 TEST_P(FftSetUp, ABadFlagLeavesADeadObject) {
     alignas(32) Zep8u memory[4096];
     for (const FftKind kind : kKinds) {
-        FftObject* object = nullptr;
+        FftObject<float>* object = nullptr;
         ASSERT_EQ(steps().init(kind, &object, 3, 8, 0, memory, nullptr), zepStsNoErr);
         ASSERT_EQ(object->magic, static_cast<int>(kind));
-        FftObject* second = nullptr;
+        FftObject<float>* second = nullptr;
         EXPECT_EQ(steps().init(kind, &second, 3, 3, 0, memory, nullptr), zepStsFftFlagErr);
         EXPECT_EQ(object->magic, 0);
         EXPECT_EQ(second, nullptr);
@@ -126,7 +126,7 @@ TEST_P(FftSetUp, FieldsSayWhatWasAskedFor) {
                 FftStepSizes sizes{};
                 ASSERT_EQ(steps().getSize(kind, order, flag, 5, &sizes), zepStsNoErr);
                 std::vector<Zep8u> memory(sizes.object, 0xFF);
-                FftObject* object = nullptr;
+                FftObject<float>* object = nullptr;
                 ASSERT_EQ(steps().init(kind, &object, order, flag, 5, memory.data(), nullptr),
                           zepStsNoErr);
                 EXPECT_EQ(object->magic, static_cast<int>(kind));
@@ -154,7 +154,7 @@ void anObjectInGivenMemoryWorks(const FftSteps& steps, FftKind kind, int order, 
     FftStepSizes sizes{};
     ASSERT_EQ(steps.getSize(kind, order, ZEP_FFT_SCALE_INV, 0, &sizes), zepStsNoErr);
     SkewedBuffer<Zep8u> memory(static_cast<int>(sizes.object), offset);
-    FftObject* object = nullptr;
+    FftObject<float>* object = nullptr;
     {
         SkewedBuffer<Zep8u> temporary(static_cast<int>(sizes.temporary), offset);
         Zep8u* given = sizes.temporary > 0 ? temporary.data() : nullptr;

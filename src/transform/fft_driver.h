@@ -1,0 +1,25 @@
+// The driver of a complex transform: checks, scratch, route.
+#pragma once
+
+#include "core/checks.h"
+#include "transform/fft_routes.h"
+#include "transform/fft_scratch.h"
+
+namespace zep::ZEP_VARIANT::fft {
+
+template <Direction D, class Element, class Spec>
+inline ZepStatus transform(const Element* pSrc, Element* pDst, const Spec* pSpec, Zep8u* pBuffer) {
+    using T = typename SpecTraits<Spec>::Scalar;
+    if (pSpec == nullptr) return zepStsNullPtrErr;
+    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
+        return zepStsContextMatchErr;
+    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    const Scratch scratch(pBuffer, pSpec->workSize);
+    if (scratch.missing()) return zepStsMemAllocErr;
+    const bool scaled = (D == Direction::Forward ? pSpec->scaleForward : pSpec->scaleInverse) != 0;
+    Routes<D, T>::complex(reinterpret_cast<const T*>(pSrc), reinterpret_cast<T*>(pDst),
+                          pSpec->order, *pSpec, scratch.as<T>(), scaled);
+    return zepStsNoErr;
+}
+
+}  // namespace zep::ZEP_VARIANT::fft

@@ -17,6 +17,7 @@
 #include "zeps/fft.h"
 #include "zeps/memory.h"
 #include "zeps/movement.h"
+#include "zeps/statistics.h"
 #include "zeps/version.h"
 #include "zepsc.h"
 

@@ -1,0 +1,81 @@
+// Sums and means of 32-bit integers, exact in 64 bits.
+//
+// Widening every element would cost more than adding it. Instead each lane keeps two 32-bit sums:
+// `wrapped` of the elements, modulo 2^32, and `upper` of their upper halves x >> 16. With x = 65536
+// * (x >> 16) + rest, 0 <= rest < 65536, the sum of the rests is wrapped - 65536 * upper modulo
+// 2^32. Up to 65535 elements a lane, upper stays within 32 signed bits and the sum of rests within
+// 32 unsigned ones, so both are exact.
+#include "core/checks.h"
+#include "core/variant_exports.h"
+#include "vector/reduce.h"
+#include "vector/scale_total.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+using V = simd::Native<Zep32s>;
+
+constexpr std::ptrdiff_t kVectorsAtOnce = 32768;
+static_assert(kVectorsAtOnce + 1 <= 65535);
+
+struct HalvesTotal {
+    V wrapped = V::zero(), upper = V::zero();
+    [[gnu::always_inline]] void add(V x) {
+        wrapped = wrapped + x;
+        upper = upper + (x >> 16);
+    }
+    [[gnu::always_inline]] void merge(const HalvesTotal& other) {
+        wrapped = wrapped + other.wrapped;
+        upper = upper + other.upper;
+    }
+};
+
+template <class T>
+inline std::int64_t sumOfLanes(simd::Vec<T, V::lanes> x) {
+    return static_cast<std::int64_t>(reduceAdd(widenLow(x)) + reduceAdd(widenHigh(x)));
+}
+
+inline std::int64_t exactSum(const Zep32s* src, std::ptrdiff_t len) {
+    std::int64_t sum = 0;
+    while (len > 0) {
+        const std::ptrdiff_t now =
+            len < kVectorsAtOnce * V::lanes ? len : kVectorsAtOnce * V::lanes;
+        const HalvesTotal t = foldSum<4>(now, HalvesTotal{}, src);
+        const auto rests = lanesAs<Zep32u>(t.wrapped - (t.upper << 16));
+        sum += sumOfLanes(t.upper) * 65536 + sumOfLanes(rests);
+        src += now;
+        len -= now;
+    }
+    return sum;
+}
+
+inline std::int32_t scaledMean(std::int64_t sum, int len, int scaleFactor) {
+    // |sum / len| <= 2^31, and half of one rounds to 0.
+    if (scaleFactor >= 32) return 0;
+    if (scaleFactor >= 0) return saturateTo32(divideRounded(sum, std::int64_t{len} << scaleFactor));
+    if (scaleFactor >= -31) {
+        const std::int64_t factor = std::int64_t{1} << -scaleFactor;
+        // Where the sum is wide the shift comes last, so that it cannot overflow.
+        if (sum == saturateTo32(sum)) return saturateTo32(divideRounded(sum * factor, len));
+        return saturateTo32(divideRounded(sum, len) * factor);
+    }
+    const std::int64_t mean = divideRounded(sum, len);
+    return mean > 0 ? INT32_MAX : mean < 0 ? INT32_MIN : 0;
+}
+
+}  // namespace
+
+ZepStatus zepsSum_32s_Sfs(const Zep32s* pSrc, int len, Zep32s* pSum, int scaleFactor) {
+    if (const ZepStatus s = checkVectors(len, pSrc, pSum); s != zepStsNoErr) return s;
+    const int factor = scaleFactor > 63 ? 63 : scaleFactor < -31 ? -31 : scaleFactor;
+    simd::writeAny(pSum, scaleTotal(exactSum(pSrc, len), factor));
+    return zepStsNoErr;
+}
+
+ZepStatus zepsMean_32s_Sfs(const Zep32s* pSrc, int len, Zep32s* pMean, int scaleFactor) {
+    if (const ZepStatus s = checkVectors(len, pSrc, pMean); s != zepStsNoErr) return s;
+    simd::writeAny(pMean, scaledMean(exactSum(pSrc, len), len, scaleFactor));
+    return zepStsNoErr;
+}
+
+}  // namespace zep::ZEP_VARIANT

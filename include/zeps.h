@@ -13,6 +13,7 @@
 #include "zepcore.h"
 #include "zeps/arithmetic.h"
 #include "zeps/conversion.h"
+#include "zeps/complex.h"
 #include "zeps/deflate.h"
 #include "zeps/fft.h"
 #include "zeps/memory.h"

@@ -18,6 +18,7 @@
 #include "zeps/fft.h"
 #include "zeps/memory.h"
 #include "zeps/movement.h"
+#include "zeps/sorting.h"
 #include "zeps/statistics.h"
 #include "zeps/version.h"
 #include "zepsc.h"

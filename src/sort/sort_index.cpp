@@ -1,0 +1,134 @@
+// Sort with indices: a quicksort whose steps are fixed, since they settle the order of equal
+// elements, which callers may rely on (see the header).
+//
+// Both orders are one algorithm with the comparisons mirrored. The tests against the pivot are all
+// written with `before` or its negation: a not-a-number then counts as equal to the pivot and is
+// left where it is, and if it is the pivot the range counts as done. So a range always shrinks: of
+// the three elements that the pivot is chosen from, the last one does not end up before it, nor the
+// first one behind it, which keeps either side from being the whole range.
+#include <cstdint>
+
+#include "core/checks.h"
+#include "core/variant_exports.h"
+#include "simd/vec_fwd.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+using Place = std::ptrdiff_t;
+
+// Values and their indices, at any address.
+template <class T>
+struct Pairs {
+    T* values;
+    int* indices;
+
+    T value(Place n) const { return simd::readAny(values + n); }
+    void exchange(Place a, Place b) const {
+        const T x = value(a), y = value(b);
+        const int i = simd::readAny(indices + a), j = simd::readAny(indices + b);
+        simd::writeAny(values + a, y), simd::writeAny(values + b, x);
+        simd::writeAny(indices + a, j), simd::writeAny(indices + b, i);
+    }
+};
+
+struct Ascending {
+    static bool before(auto a, auto b) { return a < b; }
+    static bool notBefore(auto a, auto b) { return a >= b; }
+};
+struct Descending {
+    static bool before(auto a, auto b) { return a > b; }
+    static bool notBefore(auto a, auto b) { return a <= b; }
+};
+
+// 9 elements or fewer, from the top: of several that belong there the last one moves.
+template <class Order, class T>
+inline void selectionSort(const Pairs<T>& x, Place lo, Place hi) {
+    for (; lo < hi; --hi) {
+        Place last = lo;
+        T largest = x.value(lo);
+        for (Place n = lo + 1; n <= hi; ++n) {
+            const T candidate = x.value(n);
+            const bool behind = Order::notBefore(candidate, largest);
+            last = behind ? n : last;
+            largest = behind ? candidate : largest;
+        }
+        x.exchange(last, hi);
+    }
+}
+
+template <class Order, class T>
+inline T medianOfThree(const Pairs<T>& x, Place lo, Place hi) {
+    const Place mid = lo + (hi - lo + 1) / 2;
+    const auto order = [&](Place a, Place b) {
+        if (Order::before(x.value(b), x.value(a))) x.exchange(a, b);
+    };
+    order(lo, hi), order(mid, hi), order(lo, mid);
+    return x.value(mid);
+}
+
+struct Range {
+    Place lo, hi;
+    Place count() const { return hi - lo + 1; }
+};
+
+template <class Order, class T>
+void sortPairs(const Pairs<T>& x, int len) {
+    // The smaller side goes first, and has at most half of the range: log2 of the length is enough.
+    Range stack[32];
+    int depth = 0;
+    Range r{0, len - 1};
+    while (true) {
+        if (r.count() < 10) {
+            selectionSort<Order>(x, r.lo, r.hi);
+            if (depth == 0) return;
+            r = stack[--depth];
+            continue;
+        }
+        const T pivot = medianOfThree<Order>(x, r.lo, r.hi);
+        Place i = r.lo, j = r.hi;
+        while (true) {
+            while (i <= r.hi && !Order::before(pivot, x.value(i))) ++i;
+            while (j >= r.lo && Order::before(pivot, x.value(j))) --j;
+            if (i >= j) break;
+            x.exchange(i, j);
+        }
+        // What equals the pivot beside the boundary is in its place.
+        if (i > r.hi) i = r.hi;
+        if (j < r.lo) j = r.lo;
+        while (i >= r.lo && !Order::before(x.value(i), pivot)) --i;
+        while (j <= r.hi && !Order::before(pivot, x.value(j))) ++j;
+        Range small{r.lo, i}, large{j, r.hi};
+        if (small.count() > large.count()) {
+            const Range t = small;
+            small = large, large = t;
+        }
+        if (large.count() > 1) stack[depth++] = large;
+        r = small;
+    }
+}
+
+template <class Order, class T>
+ZepStatus checkedSort(T* values, int* indices, int len) {
+    if (const ZepStatus s = checkVectors(len, values, indices); s != zepStsNoErr) return s;
+    for (int n = 0; n < len; ++n) simd::writeAny(indices + n, n);
+    sortPairs<Order>(Pairs<T>{values, indices}, len);
+    return zepStsNoErr;
+}
+
+}  // namespace
+
+ZepStatus zepsSortIndexAscend_32f_I(Zep32f* pSrcDst, int* pDstIdx, int len) {
+    return checkedSort<Ascending>(pSrcDst, pDstIdx, len);
+}
+ZepStatus zepsSortIndexDescend_32f_I(Zep32f* pSrcDst, int* pDstIdx, int len) {
+    return checkedSort<Descending>(pSrcDst, pDstIdx, len);
+}
+ZepStatus zepsSortIndexDescend_32s_I(Zep32s* pSrcDst, int* pDstIdx, int len) {
+    return checkedSort<Descending>(pSrcDst, pDstIdx, len);
+}
+ZepStatus zepsSortIndexDescend_64f_I(Zep64f* pSrcDst, int* pDstIdx, int len) {
+    return checkedSort<Descending>(pSrcDst, pDstIdx, len);
+}
+
+}  // namespace zep::ZEP_VARIANT

@@ -16,6 +16,7 @@
 #include "zeps/complex.h"
 #include "zeps/deflate.h"
 #include "zeps/fft.h"
+#include "zeps/fixed_point.h"
 #include "zeps/memory.h"
 #include "zeps/movement.h"
 #include "zeps/sorting.h"

@@ -1,7 +1,7 @@
 // Standard deviation and mean of a sample in one pass, and the Euclidean norm.
 #include "core/checks.h"
 #include "core/variant_exports.h"
-#include "simd/load_widened.h"
+#include "simd/load_as.h"
 #include "vector/reduce.h"
 
 namespace zep::ZEP_VARIANT {
@@ -52,7 +52,7 @@ inline Moments moments(const Zep32f* src, int len, int hint) {
     const DoubleMoments m = fold<4, D::lanes>(
         len, DoubleMoments{},
         [=](DoubleMoments & a, std::ptrdiff_t n)
-            __attribute__((always_inline)) { a.add(simd::loadWidened<D>(src + n)); },
+            __attribute__((always_inline)) { a.add(simd::loadAs<D>(src + n)); },
         [=](DoubleMoments & a, std::ptrdiff_t n, int count)
             __attribute__((always_inline)) { a.add(widenLow(F::loadPartial(src + n, count))); });
     return {reduceAdd(m.sum), reduceAdd(m.squares)};

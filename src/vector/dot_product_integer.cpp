@@ -1,7 +1,7 @@
 // Scaled dot products of integers.
 #include "core/checks.h"
 #include "core/variant_exports.h"
-#include "simd/load_widened.h"
+#include "simd/load_as.h"
 #include "vector/reduce.h"
 #include "vector/scale_total.h"
 
@@ -25,7 +25,7 @@ inline double doubleDot(const Zep32s* a, const Zep32s* b, int len) {
     const auto sum = fold<4, kStep>(
         len, DoubleTotal{},
         [=](DoubleTotal & t, std::ptrdiff_t n) __attribute__((always_inline)) {
-            t.sum = mulAdd(simd::loadWidened<D>(a + n), simd::loadWidened<D>(b + n), t.sum);
+            t.sum = mulAdd(simd::loadAs<D>(a + n), simd::loadAs<D>(b + n), t.sum);
         },
         [=](DoubleTotal & t, std::ptrdiff_t n, int count) __attribute__((always_inline)) {
             Zep32s x[kStep] = {}, y[kStep] = {};
@@ -33,7 +33,7 @@ inline double doubleDot(const Zep32s* a, const Zep32s* b, int len) {
                 x[k] = simd::readAny(a + n + k);
                 y[k] = simd::readAny(b + n + k);
             }
-            t.sum = mulAdd(simd::loadWidened<D>(x), simd::loadWidened<D>(y), t.sum);
+            t.sum = mulAdd(simd::loadAs<D>(x), simd::loadAs<D>(y), t.sum);
         });
     return reduceAdd(sum.sum);
 }

@@ -1,7 +1,7 @@
 // Floating sums and means. Single precision is widened before it is added.
 #include "core/checks.h"
 #include "core/variant_exports.h"
-#include "simd/load_widened.h"
+#include "simd/load_as.h"
 #include "simd/reduce_pairs.h"
 #include "vector/reduce.h"
 #include "vector/shapes.h"
@@ -33,8 +33,8 @@ template <int kCount>
     const auto t = fold<kCount, F::lanes>(
         len, WideTotal{},
         [=](WideTotal & a, std::ptrdiff_t n) __attribute__((always_inline)) {
-            a.low = a.low + simd::loadWidened<D>(src + n);
-            a.high = a.high + simd::loadWidened<D>(src + n + D::lanes);
+            a.low = a.low + simd::loadAs<D>(src + n);
+            a.high = a.high + simd::loadAs<D>(src + n + D::lanes);
         },
         [=](WideTotal & a, std::ptrdiff_t n, int count) __attribute__((always_inline)) {
             const F x = F::loadPartial(src + n, count);

@@ -111,11 +111,11 @@ function(zep_add_column column)
     target_compile_definitions(${target} PRIVATE ZEP_VARIANT=${column})
     target_compile_options(${target} PRIVATE ${level} ${options} -fno-rtti)
     target_link_libraries(${target} PRIVATE zep_options zep_headers)
-    if(group STREQUAL "plain")
+    # GCC may take a header for valid that was compiled for other options and then break, so each group has its own; a few
+    # files are not worth one.
+    list(LENGTH kernels count)
+    if(count GREATER 3)
       target_precompile_headers(${target} PRIVATE ${ZEP_KERNEL_HEADERS})
-    else()
-      # Options of a group are about the code that is made, which a precompiled header has none of.
-      target_precompile_headers(${target} REUSE_FROM zep_${column})
     endif()
     set_property(GLOBAL APPEND PROPERTY ZEP_OBJECTS $<TARGET_OBJECTS:${target}>)
   endforeach()

@@ -3,7 +3,7 @@
 #include <mozep.h>
 #include <zeps.h>
 
-#include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -42,15 +42,20 @@ std::string expectedRecord(const ZepVersionRecord& v, const std::string& tag) {
     return text + v.versionText + ", domain build " + std::to_string(v.domainBuild);
 }
 
-// Functions of a domain by the list of exports; its version function alone makes none.
-int functionsOf(const std::string& prefix) {
-    std::ifstream list(ZEP_EXPORTS);
-    int count = 0;
-    for (std::string line; std::getline(list, line);) {
-        if (!line.starts_with("ZEP_EXPORT") || line.find("GetLibVersion") != line.npos) continue;
-        const std::string name = line.substr(line.find('(') + 1);
-        count += name.starts_with(prefix) && std::isupper(name[prefix.size()]) != 0;
+// Functions that the headers of a domain declare; its version function alone makes none.
+int functionsOf(const std::string& domain) {
+    std::string text;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(ZEP_HEADERS)) {
+        const std::string header = std::filesystem::relative(entry.path(), ZEP_HEADERS);
+        if (!entry.is_regular_file() || header.substr(0, header.find_first_of("./")) != domain)
+            continue;
+        std::ostringstream all;
+        all << std::ifstream(entry.path()).rdbuf();
+        text += all.str();
     }
+    int count = 0;
+    for (std::size_t at = 0; (at = text.find("\nZEP_API ", at)) != text.npos; ++at)
+        count += text.substr(at, text.find('(', at) - at).find("GetLibVersion") == text.npos;
     return count;
 }
 

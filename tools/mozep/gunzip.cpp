@@ -9,7 +9,7 @@
 #include "commands.h"
 #include "gunzip_inflate.h"
 #include "gunzip_input.h"
-#include "gunzip_output.h"
+#include "output_file.h"
 #include "progress.h"
 
 namespace mozep_program {
@@ -22,7 +22,7 @@ struct Options {
 
 class Gunzip {
 public:
-    Gunzip(GunzipInput& in, GunzipOutput& out)
+    Gunzip(GunzipInput& in, OutputFile& out)
         : in_(in),
           out_(out),
           progress_(in.size()),
@@ -147,7 +147,7 @@ private:
     }
 
     GunzipInput& in_;
-    GunzipOutput& out_;
+    OutputFile& out_;
     Progress progress_;
     Inflater inflater_;
     Check check_ = Check::Crc32;
@@ -170,15 +170,15 @@ std::string outputName(const std::string& file) {
 }
 
 void gunzip(const Options& options) {
-    using Existing = GunzipOutput::Existing;
+    using Existing = OutputFile::Existing;
     GunzipInput in(options.file);
     const bool named = !options.output.empty();
     const bool toStdout =
         options.toStdout || options.output == "-" || (!named && options.file == "-");
-    GunzipOutput out(toStdout ? ""
-                     : named  ? options.output
-                              : outputName(options.file),
-                     named || options.force ? Existing::Replace : Existing::Refuse);
+    OutputFile out(toStdout ? ""
+                   : named  ? options.output
+                            : outputName(options.file),
+                   named || options.force ? Existing::Replace : Existing::Refuse);
     const std::string warning = Gunzip(in, out).run();
     out.commit(in.status());
     if (!warning.empty())

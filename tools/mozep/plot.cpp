@@ -1,12 +1,13 @@
 #include "plot.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 
 #include "commands.h"
 #include "gnuplot.h"
+#include "output_file.h"
 #include "printable.h"
-#include "whole_file.h"
 
 namespace mozep_program {
 namespace {
@@ -42,7 +43,9 @@ void plotSvg(const Curve& curve, const std::string& file) {
         runGnuplot(commandsFor(curve),
                    {printable(curve.title), printable(curve.xLabel), printable(curve.yLabel)});
     if (!isWhole(svg)) throw Failure("gnuplot drew no whole picture");
-    writeWhole(file, svg);
+    OutputFile out(file, OutputFile::Existing::Replace);
+    out.write(reinterpret_cast<const std::uint8_t*>(svg.data()), svg.size());
+    out.commit();
 }
 
 }  // namespace mozep_program

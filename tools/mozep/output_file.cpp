@@ -1,4 +1,4 @@
-#include "gunzip_output.h"
+#include "output_file.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -74,7 +74,7 @@ std::string behindLinks(std::string name) {
 
 }  // namespace
 
-GunzipOutput::GunzipOutput(const std::string& name, Existing existing) : name_(name) {
+OutputFile::OutputFile(const std::string& name, Existing existing) : name_(name) {
     if (name.empty()) {
         name_ = "standard output";
         file_ = STDOUT_FILENO;
@@ -86,6 +86,8 @@ GunzipOutput::GunzipOutput(const std::string& name, Existing existing) : name_(n
     target_ = behindLinks(name);
     const bool exists = stat(target_.c_str(), &status) == 0;
     if (!exists && errno != ENOENT) fail();
+    // Even where the folder would allow the exchange: who may not write the file may not replace it.
+    if (exists && access(target_.c_str(), W_OK) != 0) fail();
     if (exists && S_ISDIR(status.st_mode)) throw Failure(name + ": is a directory");
     if (exists && !S_ISREG(status.st_mode)) {
         // A device or a pipe cannot be replaced by a file.
@@ -100,7 +102,7 @@ GunzipOutput::GunzipOutput(const std::string& name, Existing existing) : name_(n
 }
 
 // Readable for nobody else before it is whole.
-void GunzipOutput::makeTemporary() {
+void OutputFile::makeTemporary() {
     const std::size_t folder = lengthOfFolder(target_);
     std::string pattern = target_.substr(0, folder) + "." + target_.substr(folder, 200) + ".XXXXXX";
     const SignalsHeld held;
@@ -110,7 +112,7 @@ void GunzipOutput::makeTemporary() {
     removeOnSignals(temporary_);
 }
 
-GunzipOutput::~GunzipOutput() {
+OutputFile::~OutputFile() {
     if (file_ >= 0 && file_ != STDOUT_FILENO) close(file_);
     if (temporary_.empty()) return;
     const SignalsHeld held;
@@ -118,9 +120,9 @@ GunzipOutput::~GunzipOutput() {
     partialFile[0] = '\0';
 }
 
-void GunzipOutput::fail() const { throw Failure(name_ + ": " + std::strerror(errno)); }
+void OutputFile::fail() const { throw Failure(name_ + ": " + std::strerror(errno)); }
 
-void GunzipOutput::write(const std::uint8_t* data, std::size_t bytes) {
+void OutputFile::write(const std::uint8_t* data, std::size_t bytes) {
     while (bytes > 0) {
         const ssize_t done = ::write(file_, data, bytes);
         if (done < 0 && errno == EINTR) continue;
@@ -130,13 +132,19 @@ void GunzipOutput::write(const std::uint8_t* data, std::size_t bytes) {
     }
 }
 
-void GunzipOutput::commit(const struct stat& input) {
+void OutputFile::commit(const struct stat& input) {
+    if (S_ISREG(input.st_mode) && !temporary_.empty()) {
+        mode_ = input.st_mode & 0777;
+        // Where the file system knows no times, the contents are what counts.
+        const struct timespec times[2] = {input.st_atim, input.st_mtim};
+        (void)futimens(file_, times);
+    }
+    commit();
+}
+
+void OutputFile::commit() {
     if (temporary_.empty()) return;
-    const bool like = S_ISREG(input.st_mode);
-    const struct timespec times[2] = {input.st_atim, input.st_mtim};
-    // Where the file system knows no permissions, the contents are what counts.
-    (void)fchmod(file_, like ? input.st_mode & 0777 : mode_);
-    if (like) (void)futimens(file_, times);
+    (void)fchmod(file_, mode_);
     if (fsync(file_) != 0) fail();
     const SignalsHeld held;
     if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail();

@@ -66,9 +66,8 @@ constexpr int kVectors = kBlock / V::lanes;
     return negative ? zepStsSqrtNegArg : zepStsNoErr;
 }
 
-[[gnu::noinline]] ZepStatus squareRootsFromBoundary(const Zep32f* x, Zep32f* dst,
-                                                    std::ptrdiff_t len) {
-    const simd::MaskedExceptions guard;
+// No exception traps here: withMaskedExceptions runs it.
+ZepStatus quietRootsFromBoundary(const Zep32f* x, Zep32f* dst, std::ptrdiff_t len) {
     // A dst that is not aligned to its elements has no boundary.
     const auto address = reinterpret_cast<std::uintptr_t>(dst);
     std::ptrdiff_t n = 0;
@@ -81,9 +80,14 @@ constexpr int kVectors = kBlock / V::lanes;
     return negative ? zepStsSqrtNegArg : rest;
 }
 
+[[gnu::noinline]] ZepStatus squareRootsFromBoundary(const Zep32f* x, Zep32f* dst,
+                                                    std::ptrdiff_t len) {
+    return simd::withMaskedExceptions(quietRootsFromBoundary, x, dst, len);
+}
+
 [[gnu::always_inline]] inline ZepStatus squareRoots(const Zep32f* x, Zep32f* dst, int len) {
     // The usual case in line: aligned, no exception unmasked, only ordinary numbers.
-    if (reinterpret_cast<std::uintptr_t>(dst) % 16 != 0 || !simd::MaskedExceptions::idle())
+    if (reinterpret_cast<std::uintptr_t>(dst) % 16 != 0 || !simd::exceptionsMasked())
         return squareRootsFromBoundary(x, dst, len);
     const std::ptrdiff_t n = estimatedRoots(x, dst, len);
     if (n == len) return zepStsNoErr;

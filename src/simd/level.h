@@ -44,6 +44,8 @@ inline constexpr bool kHasAvx512 = false;
 // One instruction loads or stores any part of a vector.
 inline constexpr bool kMaskedMemory = kHasAvx512;
 
+inline constexpr int kVectorRegisters = kHasAvx512 ? 32 : 16;
+
 // AVX widens floating lanes only; integers stay at 16 bytes until AVX2.
 inline constexpr int kFloatBytes = kHasAvx512 ? 64 : kHasAvx ? 32 : 16;
 inline constexpr int kIntBytes = kHasAvx512 ? 64 : kHasAvx2 ? 32 : 16;

@@ -7,13 +7,12 @@
 
 namespace zep::ZEP_VARIANT::simd {
 
-// A count beyond the lane gives 0.
+namespace detail {
+
 template <IntVec V>
-requires(sizeof(typename V::Scalar) >= 2) [[gnu::always_inline]] inline V operator<<(V a,
-                                                                                     int count) {
+[[gnu::always_inline]] inline V shiftLeft(V a, __m128i n) {
     using R = typename V::R;
     constexpr int kLane = sizeof(typename V::Scalar);
-    const __m128i n = _mm_cvtsi32_si128(count);
     const auto x = asInts(a.v);
     if constexpr (V::bytes == 16) {
         if constexpr (kLane == 2)
@@ -36,6 +35,19 @@ requires(sizeof(typename V::Scalar) >= 2) [[gnu::always_inline]] inline V operat
             return {bitsAs<R>(_mm512_sll_epi32(x, n))};
         else
             return {bitsAs<R>(_mm512_sll_epi64(x, n))};
+    }
+}
+
+}  // namespace detail
+
+// A count beyond the lane gives 0.
+template <IntVec V>
+requires(sizeof(typename V::Scalar) >= 2) [[gnu::always_inline]] inline V operator<<(V a,
+                                                                                     int count) {
+    if constexpr (sizeof(V) == 32 && !kHasAvx2) {
+        return join(low(a) << count, high(a) << count);  // the companion of AVX's floats
+    } else {
+        return detail::shiftLeft(a, _mm_cvtsi32_si128(count));
     }
 }
 
@@ -115,7 +127,9 @@ template <IntVec V>
 template <IntVec V>
 requires(sizeof(typename V::Scalar) >= 2) [[gnu::always_inline]] inline V operator>>(V a,
                                                                                      int count) {
-    if constexpr (std::signed_integral<typename V::Scalar>)
+    if constexpr (sizeof(V) == 32 && !kHasAvx2)
+        return join(low(a) >> count, high(a) >> count);
+    else if constexpr (std::signed_integral<typename V::Scalar>)
         return detail::shiftRightArithmetic(a, count);
     else
         return detail::shiftRightLogical(a, _mm_cvtsi32_si128(count));

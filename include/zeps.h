@@ -21,6 +21,7 @@
 #include "zeps/movement.h"
 #include "zeps/sorting.h"
 #include "zeps/statistics.h"
+#include "zeps/vector_math.h"
 #include "zeps/version.h"
 #include "zepsc.h"
 

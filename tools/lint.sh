@@ -1,7 +1,7 @@
 #!/bin/bash
 # usage: lint.sh BUILD [BASE]
-# Runs clang-tidy on the sources that differ from the commit BASE (the one before this by default), with the commands of a
-# Clang build that has written them (preset clang). A kernel is looked at in its widest column.
+# Runs clang-tidy on the sources (not the tests) that differ from the commit BASE, the one before this by default, with the
+# commands of a Clang build that has written them (preset clang). A kernel is looked at in its widest column.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:?usage: lint.sh BUILD [BASE]}
@@ -9,7 +9,7 @@ base=${2:-HEAD~1}
 work=$build/lint
 mkdir -p "$work"
 git rev-parse -q --verify "$base" > /dev/null || { echo "no commit $base to compare with"; exit 0; }
-git diff --name-only --diff-filter=d "$base" -- '*.cpp' > "$work/changed"
+git diff --name-only --diff-filter=d "$base" -- 'src/*.cpp' 'tools/*.cpp' 'fuzz/*.cpp' > "$work/changed"
 python3 - "$build/compile_commands.json" "$work" <<'END'
 import json, os, sys
 database, work = sys.argv[1:]

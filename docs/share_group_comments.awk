@@ -4,6 +4,7 @@
 #   opened before, in comments of their own, and the comment stands on the first member. Not every member has every
 #   parameter (the forms with and without _I share a comment), so the parameters become a list.
 # - A range, "0 .. N", gets an ellipsis: a dot before a blank would end the summary.
+# - What a pointer points to, "*pSum", is no beginning of italics.
 function flush(   i, grouped, name) {
     grouped = title != "" && opens
     for (i = 1; i <= count; ++i) {
@@ -29,6 +30,7 @@ function flush(   i, grouped, name) {
     if ($0 ~ /@code/) code = 1
     if (!code && $0 ~ /^ *(\/\*)?\*/) gsub(/ \.\. /, " … ")
     if (!code && $0 ~ /^ *\*/) sub(/ \.\.$/, " …")
+    if (!code && $0 ~ /^ *(\/\*)?\*/) gsub(/\*p[A-Z]/, "\\\\&")
     if ($0 ~ /@endcode/) code = 0
 }
 !inside && /^ *\/\*\* *(@name .*)?$/ { inside = 1 }

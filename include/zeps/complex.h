@@ -27,13 +27,21 @@ extern "C" {
  * @name Conj
  * Conjugate: pDst[n] = conj(pSrc[n]), n = 0 .. len-1. The sign bit of the imaginary part is
  * flipped, of zeros and not-a-numbers too.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsConj_32fc(const Zep32fc* pSrc, Zep32fc* pDst, int len);
 ZEP_API ZepStatus zepsConj_32fc_I(Zep32fc* pSrcDst, int len);
 /** @} */
 
-/** Conjugate in reverse order: pDst[n] = conj(pSrc[len - 1 - n]), n = 0 .. len-1. */
+/**
+ * Conjugate in reverse order: pDst[n] = conj(pSrc[len - 1 - n]), n = 0 .. len-1.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
+ */
 ZEP_API ZepStatus zepsConjFlip_32fc(const Zep32fc* pSrc, Zep32fc* pDst, int len);
 
 /**
@@ -43,10 +51,12 @@ ZEP_API ZepStatus zepsConjFlip_32fc(const Zep32fc* pSrc, Zep32fc* pDst, int len)
  * pDst[k] = R(k) + i I(k) for k = 0 .. len/2, with imaginary parts +0 at k = 0 and, for even len,
  * at k = len/2, and pDst[len - k] = conj(pDst[k]).
  *
- * @param pSrc     len values in Perm format.
- * @param pDst     len complex bins.
- * @param pSrcDst  room for len complex bins, whose first len real values are in Perm format.
- * @param len      length of the real transform.
+ * @param pSrc  len values in Perm format.
+ * @param pDst  len complex bins. The form named _I has pSrcDst in place of both: room for len
+ *              complex bins, whose first len real values are in Perm format.
+ * @param len   length of the real transform.
+ * @return      zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *              zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsConjPerm_32fc(const Zep32f* pSrc, Zep32fc* pDst, int len);
@@ -56,6 +66,9 @@ ZEP_API ZepStatus zepsConjPerm_32fc_I(Zep32fc* pSrcDst, int len);
 /**
  * @name Real and imaginary parts
  * pDstRe[n] = re(pSrc[n]), pDstIm[n] = im(pSrc[n]), n = 0 .. len-1.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsReal_32fc(const Zep32fc* pSrc, Zep32f* pDstRe, int len);
@@ -88,6 +101,9 @@ ZEP_API ZepStatus zepsRealToCplx_64f(const Zep64f* pSrcRe, const Zep64f* pSrcIm,
  * a normal s the root comes from the processor's estimate and one Newton step, with a relative
  * error below 2^-22; of any other s it is the correctly rounded one. Variants agree in bits on one
  * processor.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsMagnitude_32fc(const Zep32fc* pSrc, Zep32f* pDst, int len);
@@ -102,11 +118,18 @@ ZEP_API ZepStatus zepsMagnitude_32f(const Zep32f* pSrcRe, const Zep32f* pSrcIm, 
  * too: of (+0, +0) it is +0, of (-0, +0) pi. On the negative real axis the sign bit of the imaginary
  * part decides. A not-a-number gives one.
  *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @note The error is below 2 units in the last place. Variants may differ in the last bits.
  */
 ZEP_API ZepStatus zepsPhase_32fc(const Zep32fc* pSrc, Zep32f* pDst, int len);
 
-/** Power spectrum: pDst[n] = re * re + im * im of pSrc[n], each operation rounded, n = 0 .. len-1. */
+/**
+ * Power spectrum: pDst[n] = re * re + im * im of pSrc[n], each operation rounded, n = 0 .. len-1.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
+ */
 ZEP_API ZepStatus zepsPowerSpectr_32fc(const Zep32fc* pSrc, Zep32f* pDst, int len);
 
 /**
@@ -126,6 +149,8 @@ ZEP_API ZepStatus zepsCartToPolar_32fc(const Zep32fc* pSrc, Zep32f* pDstMagn, Ze
  * Any finite phase is reduced with the whole of its value. The error of a part is below 1.5 * 2^-23
  * of the magnitude. An infinite phase, or a not-a-number, gives not-a-numbers.
  *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @note Variants may differ in the last bits.
  */
 ZEP_API ZepStatus zepsPolarToCart_32fc(const Zep32f* pSrcMagn, const Zep32f* pSrcPhase,

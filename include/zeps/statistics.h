@@ -31,6 +31,8 @@ extern "C" {
  * rounded once at the end.
  *
  * @param hint  zepAlgHintFast keeps more partial sums than any other value; both are double.
+ * @return      zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *              zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsSum_32f(const Zep32f* pSrc, int len, Zep32f* pSum, int hint);
@@ -42,7 +44,12 @@ ZEP_API ZepStatus zepsSum_64fc(const Zep64fc* pSrc, int len, Zep64fc* pSum);
 /**
  * Scaled sum of integers, exact until it is scaled.
  *
+ * @param pSrc         len elements.
+ * @param len          elements.
+ * @param pSum         takes the sum.
  * @param scaleFactor  -31 .. 63; values beyond count as the nearest of them.
+ * @return             zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this
+ *                     order; else zepStsNoErr.
  */
 ZEP_API ZepStatus zepsSum_32s_Sfs(const Zep32s* pSrc, int len, Zep32s* pSum, int scaleFactor);
 
@@ -50,6 +57,9 @@ ZEP_API ZepStatus zepsSum_32s_Sfs(const Zep32s* pSrc, int len, Zep32s* pSum, int
  * @name Mean
  * *pMean = sum of pSrc[n] / len. The sum is that of zepsSum_*, rounded to single precision; the
  * quotient is formed in double precision and rounded again.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsMean_32f(const Zep32f* pSrc, int len, Zep32f* pMean, int hint);
@@ -59,10 +69,15 @@ ZEP_API ZepStatus zepsMean_32fc(const Zep32fc* pSrc, int len, Zep32fc* pMean, in
 /**
  * Scaled mean of integers: the exact sum divided by len * 2^scaleFactor.
  *
+ * @param pSrc         len elements.
+ * @param len          elements.
+ * @param pMean        takes the mean.
  * @param scaleFactor  0 and above: one rounded division (nearest, ties to even). Below: where the
  *                     sum fits 32 bits it is shifted first and the quotient rounded; where it does
  *                     not, the mean is rounded first and shifted then. From -32 down only the sign
  *                     of the rounded mean counts: 2^31 - 1, 0 or -2^31.
+ * @return             zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this
+ *                     order; else zepStsNoErr.
  */
 ZEP_API ZepStatus zepsMean_32s_Sfs(const Zep32s* pSrc, int len, Zep32s* pMean, int scaleFactor);
 
@@ -89,6 +104,9 @@ ZEP_API ZepStatus zepsMeanStdDev_32f(const Zep32f* pSrc, int len, Zep32f* pMean,
  * @name Extreme values
  * The largest element, the smallest, or both. Which of two zeros of different sign is returned is
  * not defined, nor is the value when a not-a-number is among the elements.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsMax_32f(const Zep32f* pSrc, int len, Zep32f* pMax);
@@ -108,6 +126,8 @@ ZEP_API ZepStatus zepsMinMax_32f(const Zep32f* pSrc, int len, Zep32f* pMin, Zep3
  * not-a-number is passed over, unless it is the first element: then it is the result, with index 0.
  *
  * @param pIndx  of zepsMaxIndx_* and zepsMinIndx_*: may be null, and the index is not wanted.
+ * @return       zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order;
+ *               else zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsMaxIndx_32f(const Zep32f* pSrc, int len, Zep32f* pMax, int* pIndx);
@@ -137,6 +157,9 @@ ZEP_API ZepStatus zepsMaxOrder_32f(const Zep32f* pSrc, int len, int* pOrder);
 /**
  * Euclidean norm: *pNorm = sqrt(sum of pSrc[n]^2), summed in single precision without scaling:
  * elements above about 1.8e19 give infinity.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  */
 ZEP_API ZepStatus zepsNorm_L2_32f(const Zep32f* pSrc, int len, Zep32f* pNorm);
 
@@ -145,6 +168,9 @@ ZEP_API ZepStatus zepsNorm_L2_32f(const Zep32f* pSrc, int len, Zep32f* pNorm);
  * *pDp = sum of pSrc1[n] * pSrc2[n], n = 0 .. len-1; complex factors are not conjugated. Double
  * precision is summed in double, single precision in single precision. Products may be fused with
  * their sum.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsDotProd_64f(const Zep64f* pSrc1, const Zep64f* pSrc2, int len, Zep64f* pDp);
@@ -159,7 +185,13 @@ ZEP_API ZepStatus zepsDotProd_64fc(const Zep64fc* pSrc1, const Zep64fc* pSrc2, i
  * below 2^53, else with the rounding of their 53 bits. The total is multiplied by 2^-scaleFactor,
  * rounded to nearest, ties to even, and saturated.
  *
+ * @param pSrc1        len elements.
+ * @param pSrc2        len elements.
+ * @param len          elements.
+ * @param pDp          takes the product.
  * @param scaleFactor  -31 .. 93; values beyond count as the nearest of them.
+ * @return             zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this
+ *                     order; else zepStsNoErr.
  */
 ZEP_API ZepStatus zepsDotProd_32s_Sfs(const Zep32s* pSrc1, const Zep32s* pSrc2, int len,
                                       Zep32s* pDp, int scaleFactor);
@@ -168,7 +200,13 @@ ZEP_API ZepStatus zepsDotProd_32s_Sfs(const Zep32s* pSrc1, const Zep32s* pSrc2, 
  * Scaled dot product of 16-bit by 32-bit integers. The total is kept modulo 2^64, so it is exact
  * for len up to 2^17 whatever the elements.
  *
+ * @param pSrc1        len elements.
+ * @param pSrc2        len elements.
+ * @param len          elements.
+ * @param pDp          takes the product.
  * @param scaleFactor  -31 .. 31; values beyond count as the nearest of them.
+ * @return             zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this
+ *                     order; else zepStsNoErr.
  */
 ZEP_API ZepStatus zepsDotProd_16s32s_Sfs(const Zep16s* pSrc1, const Zep32s* pSrc2, int len,
                                          Zep32s* pDp, int scaleFactor);
@@ -177,6 +215,9 @@ ZEP_API ZepStatus zepsDotProd_16s32s_Sfs(const Zep16s* pSrc1, const Zep32s* pSrc
  * @name MaxEvery, MinEvery
  * pSrcDst[n] = the larger, or the smaller, of pSrcDst[n] and pSrc[n]; pSrc[n] where either is a
  * not-a-number or both are zero. pSrc may equal pSrcDst, other overlap is not supported.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsMaxEvery_32f_I(const Zep32f* pSrc, Zep32f* pSrcDst, int len);
@@ -205,6 +246,9 @@ ZEP_API ZepStatus zepsThreshold_LT_32f_I(Zep32f* pSrcDst, int len, Zep32f level)
  * @name Threshold with a value
  * Elements strictly above (GTVal) or strictly below (LTVal) level become value; all others, and
  * not-a-numbers, stay.
+ *
+ * @return zepStsNullPtrErr, zepStsSizeErr (len not greater than 0), tested in this order; else
+ *         zepStsNoErr.
  * @{
  */
 ZEP_API ZepStatus zepsThreshold_GTVal_32f_I(Zep32f* pSrcDst, int len, Zep32f level, Zep32f value);

@@ -12,8 +12,8 @@
 
 #include "zepcore.h"
 #include "zeps/arithmetic.h"
-#include "zeps/conversion.h"
 #include "zeps/complex.h"
+#include "zeps/conversion.h"
 #include "zeps/deflate.h"
 #include "zeps/fft.h"
 #include "zeps/fixed_point.h"

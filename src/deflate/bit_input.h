@@ -12,7 +12,7 @@ namespace zep::ZEP_VARIANT {
 struct BitInput {
     Zep8u* next;
     Zep8u* end;
-    Zep64u bits;   // zero above count
+    Zep64u bits;     // zero above count
     unsigned count;  // 0 .. 64
 
     BitInput(Zep8u* src, std::ptrdiff_t length, const ZepLZ77State& state)

@@ -15,7 +15,7 @@ enum class Stop { none, inputEmpty, outputFull, endOfBlock, corrupt };
 template <class Layout>
 TableEntry lookUp(const TableEntry* tables, unsigned start, Zep64u bits) {
     const TableEntry e = tables[start + (static_cast<unsigned>(bits) & (Layout::rootSize - 1))];
-    if ((e & kLink) == 0) return e;
+    if (!isLink(e)) return e;
     return tables[valueOf(e) +
                   (static_cast<unsigned>(bits >> Layout::rootBits) & ((1u << codeBitsOf(e)) - 1))];
 }

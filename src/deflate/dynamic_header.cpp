@@ -10,6 +10,7 @@ namespace zep::ZEP_VARIANT {
 namespace {
 
 constexpr int kCodeLengthMaxBits = 7;
+constexpr int kEndOfBlockSymbol = 256;
 // The longest code with the longest repeat count behind it.
 constexpr unsigned kCodeLengthItemBits = 14;
 
@@ -77,6 +78,16 @@ ZepStatus decodeCodeLengths(BitInput& in, ZepLZ77State& state) {
     return zepStsNoErr;
 }
 
+// A code of n bits has been made for a symbol that comes once in 2^n. Where fewer than one symbol
+// in six is a match, a branch on the kind of each costs less than doing without.
+bool matchesAreRare(const ZepLZ77State& state) {
+    constexpr unsigned kAll = 1u << kMaxCodeBits;
+    unsigned matches = 0;
+    for (int s = kEndOfBlockSymbol + 1; s < state.literalCodeCount; ++s)
+        if (const unsigned n = state.codeLengths[s]; n != 0) matches += kAll >> n;
+    return 6 * matches < kAll;
+}
+
 }  // namespace
 
 ZepStatus decodeDynamicHeader(BitInput& in, ZepLZ77State& state) {
@@ -107,6 +118,7 @@ ZepStatus decodeDynamicHeader(BitInput& in, ZepLZ77State& state) {
                                   state.distanceCodeCount, kDistanceAlphabet.entries, kNoDistance,
                                   Layout::rootBits, table, table + Layout::distance,
                                   Layout::distanceSubtables);
+    state.literalRuns = matchesAreRare(state) ? 1 : 0;
     state.status = kSymbols;
     return zepStsNoErr;
 }

@@ -1,4 +1,5 @@
-// Decoding symbols while neither the input nor the output can end within one of them.
+// Decoding symbols while neither the input nor the output can end within one of them, without a
+// branch on their kind.
 //
 // Whether a literal, a match length or a distance comes next is close to random, and a mispredicted
 // branch costs as much as two symbols. So a step decodes one symbol of any kind without a branch:
@@ -11,18 +12,14 @@
 //   distance   copies from the output, or from the history window, moves on by the length
 //
 // What limits the speed is the chain shift, mask, load from one look-up to the next; all else runs
-// beside it. Refilling takes one unaligned load and no branch: the bits of the loaded word that are
-// already held are or-ed in once more, so the bits above count are those of the stream, only not
-// counted yet. Only the low six bits of count mean anything; that saves masking what is subtracted
-// from it. 56 to 63 bits after a refill serve two steps (root entries take at most 16 and 24 bits)
-// and the look-up of a third.
+// beside it. 56 to 63 bits after a refill serve two steps (root entries take at most 16 and 24
+// bits) and the look-up of a third.
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 
-#include "deflate/bit_input.h"
 #include "deflate/careful_loop.h"
+#include "deflate/fast_input.h"
 #include "deflate/match_copy.h"
 #include "deflate/table_format.h"
 #include "simd/select.h"
@@ -30,8 +27,6 @@
 namespace zep::ZEP_VARIANT {
 
 inline constexpr unsigned kStepBytes = 32;
-// A round takes at most 3 refills: 24 bytes.
-inline constexpr std::ptrdiff_t kFastInput = 32;
 // Two short steps, the second one written in full. A long match looks after itself.
 inline constexpr std::ptrdiff_t kFastOutput = 3 * kStepBytes;
 
@@ -52,15 +47,12 @@ class FastLoop {
 public:
     FastLoop(const TableEntry* tables, const BitInput& in, Output& out, ZepLZ77State& state)
         : tables_(tables),
-          bits_(in.bits),
-          count_(in.count),
-          next_(in.next),
-          inEnd_(in.end - kFastInput),
+          in_(in),
           dst_(out.next),
           outEnd_(out.end - kFastOutput),
-          begin_(address(out.begin) - kDistanceFlag),
-          window_(address(out.window) - kDistanceFlag),
-          windowOffset_(out.windowPos + kDistanceFlag - address(out.begin)),
+          begin_(address(out.begin)),
+          window_(address(out.window)),
+          windowOffset_(out.windowPos - address(out.begin)),
           out_(out),
           state_(state) {
         // From there on no match reaches beyond the output.
@@ -69,75 +61,58 @@ public:
 
     // Inlined, so that the members live in registers.
     [[gnu::always_inline]] Stop run(BitInput& in) {
-        refill();
+        in_.refill();
         entry_ = lookUpRoot(0);
         do {
             if (!step() || !step()) break;
-            refill();
-        } while (next_ < inEnd_ && dst_ < outEnd_);
+            in_.refill();
+        } while (in_.next < in_.end && dst_ < outEnd_);
         // A length whose distance is still to come: there is input for it, and room for what
         // copyMatch does.
         if (stop_ == Stop::none && length_ != 0) step();
 
-        in.bits = bits_;
-        in.count = count_ & 63;
-        in.next = next_;
-        in.clearAboveCount();
+        in_.save(in);
         out_.next = dst_;
         return stop_;
     }
 
 private:
-    [[gnu::always_inline]] void refill() {
-        Zep64u word;
-        std::memcpy(&word, next_, 8);
-        bits_ |= word << (count_ & 63);
-        next_ += 7 - ((count_ >> 3) & 7);
-        count_ |= 56;
-    }
     // kind: the entry before, whose kLength bit leads to the distance table
     [[gnu::always_inline]] TableEntry lookUpRoot(TableEntry kind) const {
         constexpr unsigned kScale = 0x2000 / (Layout::distance * sizeof(TableEntry));
-        const TableEntry* table = tables_ + (kind & 0x2000) / kScale / sizeof(TableEntry);
-        return table[static_cast<unsigned>(bits_) & (Layout::rootSize - 1)];
+        // Beside the chain from entry to entry, not on it.
+        const TableEntry* const table =
+            simd::computed(tables_ + (kind & 0x2000) / kScale / sizeof(TableEntry));
+        return table[static_cast<unsigned>(in_.bits) & (Layout::rootSize - 1)];
     }
-    [[gnu::always_inline]] void consume(TableEntry e) {
-        bits_ >>= e & 63;
-        count_ -= e;
-    }
-
     // False: the loop has to be left; a length may be waiting for its distance.
     [[gnu::always_inline]] bool step() {
         if ((entry_ & (kSpecial | kNear)) != 0) [[unlikely]] {
-            if ((entry_ & kLink) != 0) {
-                entry_ =
-                    tables_[valueOf(entry_) + (static_cast<unsigned>(bits_ >> Layout::rootBits) &
-                                               ((1u << codeBitsOf(entry_)) - 1))];
+            if (isLink(entry_)) {
+                entry_ = in_.follow(tables_, entry_, Layout::rootBits);
                 // The two steps may now take more than was reckoned with.
-                refill();
+                in_.refill();
             }
             if ((entry_ & kSpecial) != 0) {
-                consume(entry_);
+                in_.consume(entry_);
                 stop_ = valueOf(entry_) == valueOf(kEndOfBlock) ? Stop::endOfBlock : Stop::corrupt;
                 return false;
             }
             if ((entry_ & kNear) != 0) {
-                const std::size_t distance = valueWithExtra(entry_, bits_);
-                consume(entry_);
+                const std::size_t distance = valueWithExtra(entry_, in_.bits);
+                in_.consume(entry_);
                 return copyInFull(distance);
             }
         }
         const TableEntry e = entry_;
-        const Zep64u before = bits_;
-        consume(e);
+        const Zep64u before = in_.bits;
+        in_.consume(e);
         entry_ = lookUpRoot(e);
 
-        const unsigned own =
-            static_cast<unsigned>(before) - (static_cast<unsigned>(bits_) << (e & 31));
+        const auto own = static_cast<unsigned>(simd::lowBits(before, e));
         const std::size_t value = std::size_t{e >> 16} + std::size_t{own >> ((e >> 8) & 31)};
-        const std::size_t advance = length_ + ((e / kLiteral) & 1);
+        const std::size_t advance = length_ + e / kLiteral;
 
-        // Addresses of sources are kept kDistanceFlag too low, since the flag is part of the value.
         const std::uintptr_t literal = literals_ + value;
         std::uintptr_t back = address(dst_) - value;
         bool straddles = false;
@@ -146,25 +121,23 @@ private:
             straddles = begin_ - back < length_;
             back = simd::selectBelow(back, begin_, inWindow, back);
         }
-        const std::uintptr_t from =
-            simd::selectNegative(static_cast<std::int32_t>(e), back, literal);
-        const Zep8u* const src = reinterpret_cast<const Zep8u*>(from + kDistanceFlag);
+        const std::uintptr_t from = simd::selectIfSet<kDistance>(e, back, literal);
+        const auto* const src = reinterpret_cast<const Zep8u*>(from);
 
         if (straddles) [[unlikely]]
-            return copyInFull(value - kDistanceFlag);
+            return copyInFull(value);
         copyBlock<16>(dst_, src);
         copyBlock<16>(dst_ + 16, src + 16);
         if (advance > kStepBytes) [[unlikely]] {
             if (static_cast<std::size_t>(out_.end - dst_) < advance + kCopyOvershoot)
-                return copyInFull(value - kDistanceFlag);
+                return copyInFull(value);
             copyWide(dst_ + 32, src + 32, advance - 32);
             dst_ += advance;
             length_ = 0;
             return dst_ < outEnd_;
         }
         dst_ += advance;
-        length_ = value & static_cast<std::size_t>(
-                              static_cast<std::ptrdiff_t>(static_cast<std::int16_t>(e)) >> 63);
+        length_ = simd::selectIfSet<kLength>(e, value, 0);
         return true;
     }
 
@@ -178,22 +151,18 @@ private:
         return dst_ < outEnd_;
     }
 
-    static constexpr std::uintptr_t kDistanceFlag = kDistance >> 16;
     static std::uintptr_t address(const Zep8u* p) { return reinterpret_cast<std::uintptr_t>(p); }
 
     const TableEntry* tables_;
     TableEntry entry_ = 0;  // of the next symbol, not consumed
-    Zep64u bits_;
-    unsigned count_;
-    Zep8u* next_;
-    Zep8u* inEnd_;
+    FastInput in_;
     Zep8u* dst_;
     Zep8u* outEnd_;
     std::size_t length_ = 0;  // of the match whose distance comes next, else 0
     Stop stop_ = Stop::none;
     std::uintptr_t begin_;  // of the output
     std::uintptr_t window_;
-    std::uintptr_t literals_ = address(kLiteralBytes.bytes) - kDistanceFlag;
+    std::uintptr_t literals_ = address(kLiteralBytes.bytes) - (kLiteral >> 16);
     std::uintptr_t windowOffset_;  // address in the output -> index in the window
     Output& out_;
     ZepLZ77State& state_;

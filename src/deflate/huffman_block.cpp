@@ -6,6 +6,7 @@
 #include "core/checks.h"
 #include "core/variant_exports.h"
 #include "deflate/bit_input.h"
+#include "deflate/branching_loop.h"
 #include "deflate/careful_loop.h"
 #include "deflate/dynamic_header.h"
 #include "deflate/fast_loop.h"
@@ -60,8 +61,10 @@ ZepStatus leaveAtEndOfBlock(BitInput& in, ZepLZ77State& state) {
     return zepStsStreamEnd;
 }
 
+// literalRuns: whether matches are rare.
 template <class Layout>
-ZepStatus decodeSymbols(const TableEntry* tables, BitInput& in, Output& out, ZepLZ77State& state) {
+ZepStatus decodeSymbols(const TableEntry* tables, bool literalRuns, BitInput& in, Output& out,
+                        ZepLZ77State& state) {
     const auto mayRunFast = [&] {
         return in.end - in.next > kFastInput && out.end - out.next > kFastOutput && in.count < 64;
     };
@@ -69,8 +72,9 @@ ZepStatus decodeSymbols(const TableEntry* tables, BitInput& in, Output& out, Zep
     do {
         stop = decodeCarefully<Layout>(tables, in, out, state, mayRunFast);
         if (stop != Stop::none) break;
-        stop = out.written() < kWindowBytes ? decodeFast<Layout, true>(tables, in, out, state)
-                                            : decodeFast<Layout, false>(tables, in, out, state);
+        stop = literalRuns                    ? decodeBranching<Layout>(tables, in, out, state)
+               : out.written() < kWindowBytes ? decodeFast<Layout, true>(tables, in, out, state)
+                                              : decodeFast<Layout, false>(tables, in, out, state);
     } while (stop == Stop::none);
     switch (stop) {
         case Stop::inputEmpty:
@@ -91,10 +95,10 @@ ZepStatus decodeBlock(BitInput& in, Output& out, BlockType type, ZepLZ77State& s
     if (state.status == kBlockHeader)
         if (const ZepStatus s = readBlockHeader(in, type, state); s != zepStsNoErr) return s;
     if (type == kFixedBlock)
-        return decodeSymbols<FixedLayout>(kFixedTables.entries, in, out, state);
+        return decodeSymbols<FixedLayout>(kFixedTables.entries, false, in, out, state);
     if (state.status != kSymbols)
         if (const ZepStatus s = decodeDynamicHeader(in, state); s != zepStsNoErr) return s;
-    return decodeSymbols<DynamicLayout>(state.tables, in, out, state);
+    return decodeSymbols<DynamicLayout>(state.tables, state.literalRuns != 0, in, out, state);
 }
 
 ZepStatus huffmanCall(Zep8u** ppSrc, Zep32s* pSrcLen, Zep8u** ppDst, Zep32s* pDstLen,

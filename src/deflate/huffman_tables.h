@@ -8,6 +8,8 @@
 #pragma once
 
 #include <bit>
+#include <cstring>
+#include <type_traits>
 
 #include "deflate/table_format.h"
 
@@ -45,7 +47,7 @@ constexpr DistanceAlphabet makeDistanceAlphabet(TableEntry unassigned) {
     unsigned base = 1;
     for (unsigned s = 0; s < 30; ++s) {
         const unsigned extra = s < 4 ? 0 : (s - 2) / 2;
-        a.entries[s] = base << 16 | extra | (s < kNearDistanceSymbols ? kNear : 0) | kDistance;
+        a.entries[s] = kDistance | base << 16 | extra | (s < kNearDistanceSymbols ? kNear : 0);
         base += 1u << extra;
     }
     a.entries[30] = a.entries[31] = unassigned;
@@ -99,7 +101,10 @@ constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* 
     if (incomplete) table[0] = nothing;
     unsigned size = 1;
     for (int n = 1; n <= rootBits; ++n) {
-        for (unsigned i = 0; i < size; ++i) table[size + i] = table[i];
+        if (std::is_constant_evaluated())
+            for (unsigned i = 0; i < size; ++i) table[size + i] = table[i];
+        else
+            std::memcpy(table + size, table, size * sizeof(TableEntry));
         size *= 2;
         for (unsigned i = 0; i < count[n]; ++i, ++next) {
             if (!free) continue;
@@ -124,7 +129,7 @@ constexpr void buildTable(const Zep16u* lengths, int symbols, const TableEntry* 
                 subSize = 1u << width;
                 if (incomplete)
                     for (unsigned i = 0; i < subSize; ++i) base[start + i] = nothing;
-                table[prefix] = kSpecial | kLink | start << 16 | static_cast<unsigned>(width) << 8;
+                table[prefix] = kLink | start << 16 | static_cast<unsigned>(width) << 8;
             }
             const TableEntry e = entryOf(*next, n);
             for (unsigned i = code >> rootBits; i < subSize; i += 1u << (n - rootBits))

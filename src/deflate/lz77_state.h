@@ -53,5 +53,6 @@ struct ZepLZ77State {
     Zep32u codeLengthCodeLengths[19];
     Zep8u codeLengthSymbols[128];
     Zep8u codeLengthBits[128];
-    Zep32u* tables;  // of the current dynamic block
+    Zep32u* tables;      // of the current dynamic block
+    Zep32s literalRuns;  // 1 when matches are rare in it
 };

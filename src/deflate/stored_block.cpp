@@ -1,7 +1,7 @@
 // Stored blocks: alignment, LEN and NLEN, bytes already in the bit buffer, then bytes straight from
 // the source.
 
-#include <cstring>
+#include <cstdint>
 
 #include "core/checks.h"
 #include "core/variant_exports.h"
@@ -12,12 +12,15 @@ namespace zep::ZEP_VARIANT {
 namespace {
 
 // Equals a byte-by-byte copy in rising order, overlap included.
-void copyRising(Zep8u* dst, const Zep8u* src, std::size_t n) {
-    if (dst > src && dst < src + n) {
-        for (std::size_t i = 0; i < n; ++i) dst[i] = src[i];
-    } else {
-        std::memmove(dst, src, n);
+void copyRising(ZepLZ77State& state, Zep8u* dst, const Zep8u* src, std::size_t n) {
+    const auto to = reinterpret_cast<std::uintptr_t>(dst);
+    const auto from = reinterpret_cast<std::uintptr_t>(src);
+    if (to - from >= n && from - to >= n) {
+        copyEntering(state, dst, src, n);
+        return;
     }
+    for (std::size_t i = 0; i < n; ++i) dst[i] = src[i];
+    enterWindow(state, dst, n);
 }
 
 // status says where to go on; each step falls through to the next.
@@ -53,8 +56,7 @@ ZepStatus decodeStored(BitInput& in, Zep8u*& dst, Zep8u* const dstEnd, ZepLZ77St
             const std::ptrdiff_t room = dst >= dstEnd ? 0 : dstEnd - dst;
             if (n > available) n = available;
             if (n > room) n = room;
-            copyRising(dst, in.next, static_cast<std::size_t>(n));
-            enterWindow(state, dst, static_cast<std::size_t>(n));
+            copyRising(state, dst, in.next, static_cast<std::size_t>(n));
         }
         in.next += n;
         dst += n;

@@ -5,15 +5,14 @@
 // code and extra bits leave the bit buffer in a single shift, and the loop that decodes it needs no
 // branch to tell literals, lengths and distances apart:
 //
-//   bits 0-5    bits to consume, code and extra bits together; 0 in a link and where there is no
+//   bits 0-7    bits to consume, code and extra bits together; 0 in a link and where there is no
 //               symbol with a meaning
-//   bits 6-7    kLiteral, kNear
 //   bits 8-11   length of the code, behind which the extra bits begin; 0 where no symbol has one;
 //               in a link: index width of the subtable
-//   bits 12-15  kLink, kLength (two bits), kSpecial
+//   bits 12-15  kNear, kLength, kSpecial, kDistance
 //   bits 16-30  literal, or base of the match length or of the distance; in a link: index of the
 //               subtable
-//   bit 31      kDistance
+//   bit 31      kLiteral
 #pragma once
 
 #include "zepcore.h"
@@ -22,13 +21,12 @@ namespace zep::ZEP_VARIANT {
 
 using TableEntry = Zep32u;
 
-inline constexpr TableEntry kLiteral = 0x40;
-inline constexpr TableEntry kNear = 0x80;    // a distance that wide copies cannot serve
-inline constexpr TableEntry kLink = 0x1000;  // set only together with kSpecial
-inline constexpr TableEntry kLength =
-    0xa000;  // bit 13 in bytes leads to the distance table, bit 15 is a sign to spread
+inline constexpr TableEntry kLiteral = 0x80000000;
+inline constexpr TableEntry kNear = 0x1000;    // a distance that wide copies cannot serve
+inline constexpr TableEntry kLength = 0x2000;  // in bytes, leads to the distance table
+inline constexpr TableEntry kDistance = 0x8000;
 inline constexpr TableEntry kSpecial = 0x4000;
-inline constexpr TableEntry kDistance = 0x80000000;
+inline constexpr TableEntry kLink = kSpecial | kNear;
 
 inline constexpr TableEntry kEndOfBlock = kSpecial;
 inline constexpr TableEntry kBad = kSpecial | 1u << 16;
@@ -48,7 +46,8 @@ inline constexpr int kMaxDistanceCodes = 32;
 // symbols end at 16.
 inline constexpr unsigned kNearDistanceSymbols = 8;
 
-constexpr unsigned bitsOf(TableEntry e) { return e & 63; }
+constexpr bool isLink(TableEntry e) { return (e & kLink) == kLink; }
+constexpr unsigned bitsOf(TableEntry e) { return e & 255; }
 constexpr unsigned codeBitsOf(TableEntry e) { return (e >> 8) & 15; }
 constexpr unsigned valueOf(TableEntry e) { return (e >> 16) & 0x7fff; }
 

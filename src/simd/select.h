@@ -3,19 +3,25 @@
 // expression as they see fit.
 #pragma once
 
+#include <immintrin.h>
+
 #include <cstdint>
 
 namespace zep::ZEP_VARIANT::simd {
 
-// key < 0 ? ifNegative : otherwise
-[[nodiscard]] inline std::uintptr_t selectNegative(std::int32_t key, std::uintptr_t ifNegative,
-                                                   std::uintptr_t otherwise) {
+// (key & kBits) != 0 ? ifSet : otherwise
+template <std::uint32_t kBits>
+[[nodiscard]] inline std::uintptr_t selectIfSet(std::uint32_t key, std::uintptr_t ifSet,
+                                                std::uintptr_t otherwise) {
 #if defined(__x86_64__)
-    asm("testl %1, %1\n\tcmovs %2, %0" : "+r"(otherwise) : "r"(key), "r"(ifNegative) : "cc");
+    asm("testl %2, %1\n\tcmovne %3, %0"
+        : "+r"(otherwise)
+        : "r"(key), "i"(kBits), "r"(ifSet)
+        : "cc");
     return otherwise;
 #else
-    const std::uintptr_t mask = static_cast<std::uintptr_t>(std::int64_t{key} >> 63);
-    return otherwise ^ ((otherwise ^ ifNegative) & mask);
+    const std::uintptr_t mask = 0 - static_cast<std::uintptr_t>((key & kBits) != 0);
+    return otherwise ^ ((otherwise ^ ifSet) & mask);
 #endif
 }
 
@@ -29,6 +35,23 @@ namespace zep::ZEP_VARIANT::simd {
     const std::uintptr_t mask = 0 - static_cast<std::uintptr_t>(a < b);
     return otherwise ^ ((otherwise ^ ifBelow) & mask);
 #endif
+}
+
+// The n lowest bits of x, n below 64. Only the low byte of n counts where the level has an
+// instruction for it, only its low six bits elsewhere: both must be n.
+[[nodiscard]] inline std::uint64_t lowBits(std::uint64_t x, unsigned n) {
+#if defined(__BMI2__)
+    return _bzhi_u64(x, n);
+#else
+    return x & ~(~std::uint64_t{0} << (n & 63));
+#endif
+}
+
+// Makes the compiler compute a value here, rather than fold what it comes from into each use.
+template <class T>
+[[nodiscard]] inline T computed(T value) {
+    asm("" : "+r"(value));
+    return value;
 }
 
 }  // namespace zep::ZEP_VARIANT::simd

@@ -126,29 +126,50 @@ TEST_P(DeflateSymbols, EveryDistanceSymbolWithItsFirstAndLastDistance) {
     }
 }
 
+// The same alphabet with short codes of lengths, so that the decoder takes matches for frequent; in
+// flatLiteralLengths they are rare.
+std::vector<int> frequentMatchLengths() {
+    std::vector<int> lengths(286, 9);
+    std::fill(lengths.begin(), lengths.begin() + 23, 8);
+    std::fill(lengths.begin() + 257, lengths.end(), 6);
+    return lengths;  // 23 / 256 + 234 / 512 + 29 / 64 = 1
+}
+
+// The middle of the block is decoded by the loops that check nothing.
 TEST_P(DeflateSymbols, EverySmallDistanceWithEveryLength) {
     // Overlapping copies repeat the pattern: all lengths over distances up to 70.
-    for (int distance = 1; distance <= 70; ++distance) {
-        Block block;
-        block.writer.fixed(true);
-        for (const std::uint8_t value : noise(distance)) block.literal(value);
-        for (int length = 3; length <= 258; length += length < 80 ? 1 : 17) {
-            block.match(length, distance);
-            block.literal(length & 0xFF);
+    for (int kind = 0; kind < 3; ++kind)
+        for (int distance = 1; distance <= 70; distance += kind == 0 ? 1 : 3) {
+            Block block;
+            if (kind == 0)
+                block.writer.fixed(true);
+            else
+                block.writer.dynamic(true,
+                                     kind == 1 ? flatLiteralLengths() : frequentMatchLengths(),
+                                     flatDistanceLengths());
+            for (const std::uint8_t value : noise(distance)) block.literal(value);
+            for (int length = 3; length <= 258; length += length < 80 ? 1 : 17) {
+                block.match(length, distance);
+                // Runs of all lengths from none on.
+                for (int n = 0; n < (length + distance) % 6; ++n) block.literal((length + n) & 255);
+            }
+            block.writer.endOfBlock();
+            const auto room = static_cast<int>(block.expected.size());
+            for (const int slack : {0, 1, 7, 300}) {
+                Session session(block.writer.bytes(), LockStep::Off);
+                int status = session.run(everyCall(1 << 20, room + slack));
+                ASSERT_EQ(status, zepStsStreamEnd)
+                    << "distance " << distance << ' ' << session.failure();
+                ASSERT_EQ(session.output(), block.expected) << distance;
+            }
+            // Pieces of output: the history, matches across its end and out of it.
+            for (const int most : {200, 1000}) {
+                Session session(block.writer.bytes());
+                ASSERT_EQ(session.run(randomCuts(1000, most)), zepStsStreamEnd)
+                    << session.failure();
+                ASSERT_EQ(session.output(), block.expected) << distance;
+            }
         }
-        block.writer.endOfBlock();
-        const auto room = static_cast<int>(block.expected.size());
-        for (const int slack : {0, 1, 7, 300}) {
-            Session session(block.writer.bytes());
-            int status = session.run(everyCall(1 << 20, room + slack));
-            ASSERT_EQ(status, zepStsStreamEnd)
-                << "distance " << distance << ' ' << session.failure();
-            ASSERT_EQ(session.output(), block.expected) << distance;
-        }
-        Session session(block.writer.bytes());
-        ASSERT_EQ(session.run(randomCuts(200, 200)), zepStsStreamEnd) << session.failure();
-        ASSERT_EQ(session.output(), block.expected) << distance;
-    }
 }
 
 TEST_P(DeflateSymbols, CodesOfEveryLengthUpTo15) {

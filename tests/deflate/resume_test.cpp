@@ -6,6 +6,7 @@
 #include "deflate/session.h"
 #include "deflate/zlib_peer.h"
 #include "support/random.h"
+#include "support/sweep.h"
 #include "support/variant.h"
 
 namespace zep::test {
@@ -258,7 +259,7 @@ TEST_P(DeflateResume, MatchesWrapAroundTheHistory) {
 
 TEST_P(DeflateResume, TheEndReturnsWhatWasReadBeyondIt) {
     for (const Case& c : smallCases())
-        for (int behind = 0; behind <= 20; ++behind) {
+        for (int behind = 0; behind <= 20; behind += behind < 10 ? thinStep(3) : 5) {
             Bytes stream = c.stream;
             stream.insert(stream.end(), static_cast<std::size_t>(behind), 0xC7);
             Session session(stream);

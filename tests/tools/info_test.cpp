@@ -5,9 +5,12 @@
 
 #include <filesystem>
 #include <fstream>
+#include <algorithm>
 #include <map>
 #include <sstream>
 
+#include "core/selection.h"
+#include "support/machine.h"
 #include "support/program.h"
 
 namespace zep::test {
@@ -72,6 +75,9 @@ TEST(Info, ShowsWhatTheLibrarySays) {
                                                     {"y8", "SSE4.1"},
                                                     {"e9", "AVX"}};
     EXPECT_EQ(info["variant"], tag + ", for processors with " + levels.at(tag));
+    const int slot = std::max(variantIndex, 1);  // slot 0 has the code of slot 1
+    EXPECT_EQ(info["column"], kColumns[slot - 1].code);
+    EXPECT_TRUE(info["column"].starts_with(tag)) << info["column"];
     const ZepStatus started = MOZEP::mozepStaticInitResult();
     EXPECT_EQ(info["start-up"], std::to_string(started) + ", " + zepGetStatusString(started));
     EXPECT_EQ(info["type"], std::to_string(zepGetCpuType()) + ", " + MOZEP::mozepCpuTypeString());

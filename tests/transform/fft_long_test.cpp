@@ -25,34 +25,34 @@ void matchesTheReference(int order, Direction direction) {
 }
 
 TEST_P(FftLong, ComplexMatchesTheReference) {
-    for (int order = 18; order <= (kInstrumented ? 19 : 22); ++order)
+    for (int order = 18; order <= (thin() ? 19 : 22); ++order)
         matchesTheReference<ComplexKind>(order, kDirections[order % 2]);
 }
 
 TEST_P(FftLong, ComplexMatchesTheReferenceInTheOtherDirection) {
-    for (int order = 18; order <= (kInstrumented ? 18 : 20); ++order)
+    for (int order = 18; order <= (thin() ? 18 : 20); ++order)
         matchesTheReference<ComplexKind>(order, kDirections[(order + 1) % 2]);
 }
 
 // 20 and 21 stand on the two sides of the change to a folding table of two parts.
 TEST_P(FftLong, RealMatchesTheReference) {
-    for (int order = 18; order <= (kInstrumented ? 19 : 21); ++order)
+    for (int order = 18; order <= (thin() ? 19 : 21); ++order)
         matchesTheReference<RealKind>(order, Direction::Forward);
 }
 
 TEST_P(FftLong, ImpulsesBecomeExponentials) {
-    for (int order = 17; order <= (kInstrumented ? 19 : 22); ++order)
+    for (int order = 17; order <= (thin() ? 19 : 22); ++order)
         for (const Direction direction : kDirections) impulsesBecomeExponentials(order, direction);
 }
 
 TEST_P(FftLong, RealImpulsesBecomePackedExponentials) {
-    for (int order = 18; order <= (kInstrumented ? 19 : 22); ++order)
+    for (int order = 18; order <= (thin() ? 19 : 22); ++order)
         realImpulsesBecomePackedExponentials(order);
 }
 
 // y[n] = x[n - s] has the spectrum X[k] * exp(-2*pi*i*k*s/N), and the same norm.
 TEST_P(FftLong, AShiftTurnsThePhaseAndKeepsTheNorm) {
-    const int order = kInstrumented ? 18 : 20;
+    const int order = thin() ? 18 : 20;
     const std::size_t N = std::size_t{1} << order, shift = 12345;
     const ComplexFft fft(order);
     const Roots root(order);
@@ -76,7 +76,7 @@ TEST_P(FftLong, AShiftTurnsThePhaseAndKeepsTheNorm) {
 }
 
 TEST_P(FftLong, IsLinear) {
-    const int order = kInstrumented ? 18 : 21;
+    const int order = thin() ? 18 : 21;
     const std::size_t N = std::size_t{1} << order;
     const ComplexFft fft(order, ZEP_FFT_SCALE_INV);
     auto x = randomSignal<Zep32fc>(order), y = randomSignal<Zep32fc>(order), sum = x;
@@ -98,7 +98,7 @@ TEST_P(FftLong, IsLinear) {
 }
 
 TEST_P(FftLong, AForwardAndAnInverseTransformRestoreTheSignal) {
-    for (int order = 18; order <= (kInstrumented ? 18 : 22); ++order) {
+    for (int order = 18; order <= (thin() ? 18 : 22); ++order) {
         const int flag = order % 2 == 0 ? ZEP_FFT_SCALE_INV : ZEP_FFT_SCALE_FWD;
         const ComplexFft fft(order, flag);
         const auto x = randomSignal<Zep32fc>(order);

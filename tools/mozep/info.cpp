@@ -2,12 +2,15 @@
 #include <mozep.h>
 #include <zeps.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "commands.h"
+#include "core/columns.h"
+#include "core/variant_index.h"
 
 namespace mozep_program {
 namespace {
@@ -110,11 +113,17 @@ std::string features() {
     return list;
 }
 
+// The selection that this program makes of its own when it is loaded, by the same code as the library.
+std::string columnOfThisProcessor() {
+    return zep::kColumns[std::max(zep::variantIndex, 1) - 1].code;
+}
+
 void run(const Options& options) {
     const std::string tag = tagOf(*zepsGetLibVersion());
     heading("Library");
     row("version", ZEP_PACKAGE_VERSION);
     row("variant", tag + ", for processors with " + levelOf(tag));
+    row("column", columnOfThisProcessor());
     row("start-up", statusText(MOZEP::mozepStaticInitResult()));
     row("functions", countOfFunctions());
 

@@ -4,6 +4,7 @@
 #include "core/columns.def"
 #include "core/columns_built.h"
 #include "core/variant_index.h"
+#include "zepm.h"
 #include "zeps.h"
 
 #define ZEP_DECLARE(name, slot, column, ...) \

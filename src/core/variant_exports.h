@@ -2,6 +2,7 @@
 // kernel that calls another export stays in its variant. Included by every kernel file.
 #pragma once
 
+#include "zepm.h"
 #include "zeps.h"
 
 namespace zep::ZEP_VARIANT {

@@ -17,6 +17,7 @@
 #include "zeps/deflate.h"
 #include "zeps/fft.h"
 #include "zeps/fixed_point.h"
+#include "zeps/generators.h"
 #include "zeps/memory.h"
 #include "zeps/movement.h"
 #include "zeps/sorting.h"

@@ -4,8 +4,7 @@
 #include <cstdlib>
 
 extern "C" {
-#include <spandsp/bit_operations.h>
-#include <spandsp/g711.h>
+#include <spandsp.h>
 }
 
 namespace zep::bench::ZEP_PEER_LEVEL {

@@ -1,9 +1,9 @@
 // The G.711 laws on single values: what the vector loops and the ADPCM decoder share.
 //
-// With m the biased magnitude and e its segment, a code without sign is 16 * (e - 1) + (m >> e):
-// the leading one of m >> e, which is 16, moves on to the next segment. This is the smallest of
-// the values that the same expression has for all segments, since it is too steep below the right
-// one and too flat above.
+// With m the magnitude and e its segment, a code without sign is 16 * (e - 1) + (m >> e): the
+// leading one of m >> e, which is 16, moves on to the next segment. It is also the least of the
+// values that this line has for all segments: with a lower e it is too steep, with a higher one it
+// starts too high.
 #pragma once
 
 #include <cstdint>

@@ -12,9 +12,9 @@ namespace zep {
 struct Column {
     int slot;
     const char* name;
-    const char* tag;     // the family: what a caller sees
-    const char* needs;   // names of core/features.h
-    const char* code;    // the column whose code stands in the slot
+    const char* tag;    // the family: what a caller sees
+    const char* needs;  // names of core/features.h
+    const char* code;   // the column whose code stands in the slot
 
     constexpr bool isBuilt() const { return std::string_view(name) == code; }
 };

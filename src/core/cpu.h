@@ -29,7 +29,7 @@ bool zepCpuHasIdentification();
 CpuidRegisters zepCpuid(std::uint32_t leaf, std::uint32_t subleaf = 0);
 std::uint32_t zepCpuMaxLeaf();
 bool zepCpuIsGenuineIntel();
-bool zepCpuAvxUsable();  // the processor has AVX and the operating system saves its state
+bool zepCpuAvxUsable();     // the processor has AVX and the operating system saves its state
 bool zepCpuAvx512Usable();  // the same for the operating system's part of AVX-512 alone
 bool zepCpuHasSse();
 bool zepCpuHasDenormalsAreZero();

@@ -40,12 +40,14 @@ namespace zep {
 #endif
 
 // r10 and r11 carry no argument and need no saving, so the variant is entered exactly as the export was called.
-#define ZEP_EXPORT(name)                                                                             \
-    asm(".pushsection .text.zep_entry." #name ",\"ax\",@progbits\n"                                  \
-        "  .p2align 4\n  .globl " #name "\n  .type " #name ", @function\n" #name ":\n"               \
-        ZEP_BRANCH_TARGET                                                                            \
-        "  movslq zep_variantIndex(%rip), %r10\n"                                                    \
-        "  leaq zep_table_" #name "(%rip), %r11\n"                                                   \
-        "  jmp *(%r11,%r10,8)\n"                                                                     \
+#define ZEP_EXPORT(name)                                                         \
+    asm(".pushsection .text.zep_entry." #name                                    \
+        ",\"ax\",@progbits\n"                                                    \
+        "  .p2align 4\n  .globl " #name "\n  .type " #name ", @function\n" #name \
+        ":\n" ZEP_BRANCH_TARGET                                                  \
+        "  movslq zep_variantIndex(%rip), %r10\n"                                \
+        "  leaq zep_table_" #name                                                \
+        "(%rip), %r11\n"                                                         \
+        "  jmp *(%r11,%r10,8)\n"                                                 \
         "  .size " #name ", .-" #name "\n.popsection\n");
 #include "core/exports.def"

@@ -77,11 +77,16 @@ std::uint64_t zepQueryWideFeatures() {
         {feature::kF16c, &CpuidRegisters::ecx, 29},
     };
     static constexpr FeatureBit kLeaf7[] = {
-        {feature::kBmi1, &CpuidRegisters::ebx, 3},      {feature::kAvx2, &CpuidRegisters::ebx, 5},
-        {feature::kBmi2, &CpuidRegisters::ebx, 8},      {feature::kAvx512f, &CpuidRegisters::ebx, 16},
-        {feature::kAvx512dq, &CpuidRegisters::ebx, 17}, {feature::kAvx512cd, &CpuidRegisters::ebx, 28},
-        {feature::kAvx512bw, &CpuidRegisters::ebx, 30}, {feature::kAvx512vl, &CpuidRegisters::ebx, 31},
-        {feature::kAvx512vbmi, &CpuidRegisters::ecx, 1}, {feature::kAvx512vbmi2, &CpuidRegisters::ecx, 6},
+        {feature::kBmi1, &CpuidRegisters::ebx, 3},
+        {feature::kAvx2, &CpuidRegisters::ebx, 5},
+        {feature::kBmi2, &CpuidRegisters::ebx, 8},
+        {feature::kAvx512f, &CpuidRegisters::ebx, 16},
+        {feature::kAvx512dq, &CpuidRegisters::ebx, 17},
+        {feature::kAvx512cd, &CpuidRegisters::ebx, 28},
+        {feature::kAvx512bw, &CpuidRegisters::ebx, 30},
+        {feature::kAvx512vl, &CpuidRegisters::ebx, 31},
+        {feature::kAvx512vbmi, &CpuidRegisters::ecx, 1},
+        {feature::kAvx512vbmi2, &CpuidRegisters::ecx, 6},
     };
     static constexpr FeatureBit kExtended[] = {{feature::kLzcnt, &CpuidRegisters::ecx, 5}};
     const std::uint64_t mask = collect(leafOrZeros(1), kLeaf1) | collect(leafOrZeros(7), kLeaf7) |

@@ -25,9 +25,10 @@ inline constexpr std::uint64_t kExtendedFamily = 0x1000;
 
 // Beyond the mask that zepQueryFeatures reports: what the wider columns need.
 constexpr std::uint64_t wide(int n) { return std::uint64_t{1} << (32 + n); }
-inline constexpr std::uint64_t kFma = wide(0), kF16c = wide(1), kBmi1 = wide(2), kAvx2 = wide(3), kBmi2 = wide(4),
-                               kLzcnt = wide(5), kAvx512f = wide(6), kAvx512dq = wide(7), kAvx512cd = wide(8),
-                               kAvx512bw = wide(9), kAvx512vl = wide(10), kAvx512vbmi = wide(11),
+inline constexpr std::uint64_t kFma = wide(0), kF16c = wide(1), kBmi1 = wide(2), kAvx2 = wide(3),
+                               kBmi2 = wide(4), kLzcnt = wide(5), kAvx512f = wide(6),
+                               kAvx512dq = wide(7), kAvx512cd = wide(8), kAvx512bw = wide(9),
+                               kAvx512vl = wide(10), kAvx512vbmi = wide(11),
                                kAvx512vbmi2 = wide(12);
 // The operating system saves mask registers and the whole of all vector registers.
 inline constexpr std::uint64_t kAvx512Usable = wide(13);

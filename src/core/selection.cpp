@@ -13,7 +13,8 @@ std::int32_t avxAllowed = 1;
 
 namespace {
 
-constexpr std::int32_t kFallbackSlot = 0, kSse3Slot = 1, kSsse3Slot = 2, kAtomSlot = 3, kSse41Slot = 4, kAvxSlot = 5;
+constexpr std::int32_t kFallbackSlot = 0, kSse3Slot = 1, kSsse3Slot = 2, kAtomSlot = 3,
+                       kSse41Slot = 4, kAvxSlot = 5;
 
 // Features that the code of a slot may use. The columns behind slot 5 are e9 to a caller.
 constexpr std::uint64_t kMasks[kVariantSlots] = {0x7, 0xF, 0x1F, 0x3F, 0xCDF, 0xFDF, 0xFDF, 0xFDF};
@@ -33,10 +34,9 @@ struct Needs {
 
 // The best slot last.
 using namespace feature;
-constexpr Needs kNeeds[] = {
-    {kFallbackSlot, 0},
+constexpr Needs kNeeds[] = {{kFallbackSlot, 0},
 #define ZEP_NEEDS(arg, slot, column, family, shared, needs, ...) {slot, needs},
-    ZEP_COLUMNS(ZEP_NEEDS, )
+                            ZEP_COLUMNS(ZEP_NEEDS, )
 #undef ZEP_NEEDS
 };
 
@@ -79,29 +79,48 @@ ZepStatus zepSelectVariantForCpu(int cpu) {
     switch (cpu) {
         case -1:
             return zepSelectVariantAuto();
-        case 0: case 32: case 66:
+        case 0:
+        case 32:
+        case 66:
             select(kSse3Slot, kMasks[kSse3Slot]);
             return zepStsNoErr;
-        case 33: case 34: case 67:
+        case 33:
+        case 34:
+        case 67:
             select(kSsse3Slot, kMasks[kSsse3Slot]);
             return zepStsNoErr;
         case 36:
             select(kAtomSlot, kMasks[kAtomSlot]);
             return zepStsNoErr;
-        case 35: case 68:
+        case 35:
+        case 68:
             select(kSse41Slot, 0x5F);
             return zepStsNoErr;
-        case 37: case 69:
+        case 37:
+        case 69:
             select(kSse41Slot, 0xDF);
             return zepStsNoErr;
-        case 38: case 71:
+        case 38:
+        case 71:
             select(kSse41Slot, kMasks[kSse41Slot]);
             return zepStsNoErr;
         case 70:
             select(kAvxSlot, kMasks[kAvxSlot]);
             return zepStsNoErr;
-        case 1: case 2: case 3: case 4: case 5: case 6: case 7: case 8: case 9: case 10: case 11:
-        case 64: case 65: case 96:
+        case 1:
+        case 2:
+        case 3:
+        case 4:
+        case 5:
+        case 6:
+        case 7:
+        case 8:
+        case 9:
+        case 10:
+        case 11:
+        case 64:
+        case 65:
+        case 96:
             return zepStsNotSupportedCpu;
         default:
             return zepStsCpuMismatch;

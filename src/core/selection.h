@@ -8,10 +8,10 @@
 
 namespace zep {
 
-extern std::int32_t n8Selected;         // 1 exactly when slot 3 was selected
-extern std::uint64_t enabledFeatures;   // detected features that the selected variant may use
-extern ZepStatus staticInitResult;      // result of the selection at load
-extern std::int32_t avxAllowed;         // 0 vetoes AVX
+extern std::int32_t n8Selected;        // 1 exactly when slot 3 was selected
+extern std::uint64_t enabledFeatures;  // detected features that the selected variant may use
+extern ZepStatus staticInitResult;     // result of the selection at load
+extern std::int32_t avxAllowed;        // 0 vetoes AVX
 
 int zepFeaturesEnabled(std::uint64_t mask);  // 1 when every bit of mask is enabled
 

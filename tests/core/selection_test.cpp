@@ -83,12 +83,18 @@ constexpr auto kEbx = &CpuidRegisters::ebx, kEcx = &CpuidRegisters::ecx;
 constexpr std::uint32_t kExtendedLeaf = 0x80000001;
 constexpr std::uint64_t kWideStates = 0xE6;  // XMM, YMM, masks, upper ZMM, ZMM16 to 31
 constexpr Place kNeedsOfSix[] = {
-    {"FMA", 1, kEcx, 12},  {"MOVBE", 1, kEcx, 22}, {"F16C", 1, kEcx, 29},           {"BMI1", 7, kEbx, 3},
-    {"AVX2", 7, kEbx, 5},  {"BMI2", 7, kEbx, 8},   {"LZCNT", kExtendedLeaf, kEcx, 5},
+    {"FMA", 1, kEcx, 12},
+    {"MOVBE", 1, kEcx, 22},
+    {"F16C", 1, kEcx, 29},
+    {"BMI1", 7, kEbx, 3},
+    {"AVX2", 7, kEbx, 5},
+    {"BMI2", 7, kEbx, 8},
+    {"LZCNT", kExtendedLeaf, kEcx, 5},
 };
 constexpr Place kNeedsOfSeven[] = {
-    {"AVX512F", 7, kEbx, 16},  {"AVX512DQ", 7, kEbx, 17},  {"AVX512CD", 7, kEbx, 28},    {"AVX512BW", 7, kEbx, 30},
-    {"AVX512VL", 7, kEbx, 31}, {"AVX512_VBMI", 7, kEcx, 1}, {"AVX512_VBMI2", 7, kEcx, 6},
+    {"AVX512F", 7, kEbx, 16},     {"AVX512DQ", 7, kEbx, 17}, {"AVX512CD", 7, kEbx, 28},
+    {"AVX512BW", 7, kEbx, 30},    {"AVX512VL", 7, kEbx, 31}, {"AVX512_VBMI", 7, kEcx, 1},
+    {"AVX512_VBMI2", 7, kEcx, 6},
 };
 
 InventedCpu::Leaves widestProcessor() {
@@ -108,8 +114,8 @@ InventedCpu::Leaves widestWithout(const Place& p) {
 }
 
 // To a caller every slot from 5 on is e9.
-void expectAvxSlot(const InventedCpu::Leaves& leaves, std::uint64_t xcr0, int slot, const std::string& why,
-                   std::uint64_t mask = 0xFDF) {
+void expectAvxSlot(const InventedCpu::Leaves& leaves, std::uint64_t xcr0, int slot,
+                   const std::string& why, std::uint64_t mask = 0xFDF) {
     InventedCpu cpu(leaves);
     cpu.xcr0(xcr0);
     n8Selected = 77;
@@ -123,7 +129,8 @@ TEST_F(Selection, TakesTheWidestColumnThatProcessorAndSystemHave) {
     expectAvxSlot(widestProcessor(), kWideStates | 1, 7, "all of it");
     for (const Place& p : kNeedsOfSeven) {
         expectAvxSlot(widestWithout(p), kWideStates, 6, std::string("without ") + p.name);
-        expectAvxSlot(widestWithout(p), kXmmYmm, 6, std::string("without the states and ") + p.name);
+        expectAvxSlot(widestWithout(p), kXmmYmm, 6,
+                      std::string("without the states and ") + p.name);
     }
     for (const Place& p : kNeedsOfSix)
         for (const std::uint64_t xcr0 : {kWideStates, kXmmYmm})
@@ -133,9 +140,11 @@ TEST_F(Selection, TakesTheWidestColumnThatProcessorAndSystemHave) {
 TEST_F(Selection, TakesAWiderColumnOnlyWhereTheSystemSavesItsRegisters) {
     expectAvxSlot(widestProcessor(), kXmmYmm, 6, "no state of AVX-512");
     for (const int bit : {5, 6, 7})
-        expectAvxSlot(widestProcessor(), kWideStates & ~(1u << bit), 6, "state " + std::to_string(bit));
+        expectAvxSlot(widestProcessor(), kWideStates & ~(1u << bit), 6,
+                      "state " + std::to_string(bit));
     for (const int bit : {1, 2})
-        expectAvxSlot(widestProcessor(), kWideStates & ~(1u << bit), 4, "state " + std::to_string(bit), 0xCDF);
+        expectAvxSlot(widestProcessor(), kWideStates & ~(1u << bit), 4,
+                      "state " + std::to_string(bit), 0xCDF);
     InventedCpu::Leaves hidden = widestProcessor();
     hidden[1].ecx &= ~kOsxsave;
     expectAvxSlot(hidden, kWideStates, 4, "no XGETBV", 0xCDF);

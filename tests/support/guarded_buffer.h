@@ -34,9 +34,11 @@ class GuardedBuffer {
 
 public:
     GuardedBuffer(int len, Edge edge, int skewBytes = 0)
-        : pages_(static_cast<std::size_t>(len) * sizeof(T) + static_cast<std::size_t>(skewBytes)), len_(len) {
+        : pages_(static_cast<std::size_t>(len) * sizeof(T) + static_cast<std::size_t>(skewBytes)),
+          len_(len) {
         const std::size_t bytes = static_cast<std::size_t>(len) * sizeof(T);
-        std::byte* start = edge == Edge::Front ? pages_.begin() + skewBytes : pages_.end() - bytes - skewBytes;
+        std::byte* start =
+            edge == Edge::Front ? pages_.begin() + skewBytes : pages_.end() - bytes - skewBytes;
         data_ = reinterpret_cast<T*>(start);
         std::memset(start, 0xA5, bytes);
     }

@@ -31,7 +31,8 @@ Words flagsOfThisMachine() {
 // kAvx512vbmi2 -> avx512_vbmi2; empty for the states, which the flags imply.
 std::string flagOf(const std::string& feature) {
     static constexpr const char* kOthers[][2] = {
-        {"kSse3", "pni"},   {"kSse41", "sse4_1"}, {"kLzcnt", "abm"}, {"kAvx512vbmi2", "avx512_vbmi2"},
+        {"kSse3", "pni"},   {"kSse41", "sse4_1"},
+        {"kLzcnt", "abm"},  {"kAvx512vbmi2", "avx512_vbmi2"},
         {"kAvxUsable", ""}, {"kAvx512Usable", ""}};
     for (const auto& [name, flag] : kOthers)
         if (feature == name) return flag;
@@ -57,7 +58,8 @@ bool runsHere(const Column& column) {
     for (char& c : needs)
         if (std::isalnum(static_cast<unsigned char>(c)) == 0) c = ' ';
     for (const std::string& feature : wordsOf(needs))
-        if (const std::string flag = flagOf(feature); !flag.empty() && !flags.contains(flag)) return false;
+        if (const std::string flag = flagOf(feature); !flag.empty() && !flags.contains(flag))
+            return false;
     return true;
 }
 

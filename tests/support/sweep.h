@@ -9,8 +9,9 @@ namespace zep::test {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool kInstrumented = true;
 #elif defined(__has_feature)
-inline constexpr bool kInstrumented =
-    __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(undefined_behavior_sanitizer);
+inline constexpr bool kInstrumented = __has_feature(address_sanitizer) ||
+                                      __has_feature(thread_sanitizer) ||
+                                      __has_feature(undefined_behavior_sanitizer);
 #else
 inline constexpr bool kInstrumented = false;
 #endif

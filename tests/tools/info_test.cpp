@@ -3,9 +3,9 @@
 #include <mozep.h>
 #include <zeps.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <algorithm>
 #include <map>
 #include <sstream>
 

@@ -22,12 +22,12 @@ namespace tag {
 template <class Column>
 struct FamilyOf;
 
-#define ZEP_TAG(arg, slot, column, family, ...)  \
-    struct column;                               \
-    template <>                                  \
-    struct FamilyOf<column> {                    \
-        using Tag = family;                      \
-        static constexpr char name[] = #family;  \
+#define ZEP_TAG(arg, slot, column, family, ...) \
+    struct column;                              \
+    template <>                                 \
+    struct FamilyOf<column> {                   \
+        using Tag = family;                     \
+        static constexpr char name[] = #family; \
     };
 ZEP_COLUMNS(ZEP_TAG, )
 #undef ZEP_TAG
@@ -43,8 +43,7 @@ struct Choice {
     using Type = Tuning<FamilyTag>;
 };
 template <template <class> class Tuning>
-    requires(sizeof(Tuning<ColumnTag>) != 0)
-struct Choice<Tuning> {
+requires(sizeof(Tuning<ColumnTag>) != 0) struct Choice<Tuning> {
     using Type = Tuning<ColumnTag>;
 };
 }  // namespace tag

@@ -1,11 +1,12 @@
 // One version record for each domain, the same in all columns of a family; y8 has a second, named with "+", for processors with SSE4.2.
+#include "core/version.h"
+
 #include <initializer_list>
 
 #include "core/features.h"
 #include "core/selection.h"
 #include "core/variant/tag.h"
 #include "core/variant_exports.h"
-#include "core/version.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
@@ -30,7 +31,8 @@ struct LibName {
 constexpr LibName libName(const char* domain, const char* suffix) {
     LibName name{};
     char* end = name.text;
-    for (const char* part : {"zep", domain, static_cast<const char*>(kFamilyName), "_l.lib", suffix})
+    for (const char* part :
+         {"zep", domain, static_cast<const char*>(kFamilyName), "_l.lib", suffix})
         while (*part != '\0') *end++ = *part++;
     return name;
 }
@@ -55,12 +57,12 @@ const ZepVersionRecord* choose(const ZepVersionRecord (&records)[2]) {
 
 }  // namespace
 
-#define ZEP_VERSION(domain, build, date)                                                 \
-    const ZepVersionRecord* zep##domain##GetLibVersion() {                               \
+#define ZEP_VERSION(domain, build, date)                                                       \
+    const ZepVersionRecord* zep##domain##GetLibVersion() {                                     \
         static constexpr LibName kPlain = libName(#domain, ""), kPlus = libName(#domain, "+"); \
         static constexpr ZepVersionRecord kRecords[2] = {record(kPlain.text, build, date),     \
                                                          record(kPlus.text, build, date)};     \
-        return choose(kRecords);                                                         \
+        return choose(kRecords);                                                               \
     }
 ZEP_VERSION(ac, 1008, kApr17)
 ZEP_VERSION(cc, 963, kApr17Or18)

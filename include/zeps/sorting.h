@@ -78,7 +78,8 @@ ZEP_API ZepStatus zepsSortIndexDescend_64f_I(Zep64f* pSrcDst, int* pDstIdx, int 
  *
  * Keys are ordered as bit patterns, no floating comparison takes place: not-a-numbers with the sign
  * bit clear come before positive infinity, those with the sign bit set after negative infinity, and
- * +0 before -0. Three passes of a radix sort, by 11, 11 and 10 bits.
+ * +0 before -0. A radix sort: three passes over the vector, four where it
+ * is short.
  *
  * @param pSrc            first key; any alignment.
  * @param srcStrideBytes  distance of two keys in bytes, at least 4; it need not be a multiple of 4.

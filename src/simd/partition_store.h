@@ -43,22 +43,33 @@ constexpr PartitionBytes makePartitionBytes() {
 }
 inline constexpr PartitionBytes kPartitionBytes = makePartitionBytes();
 
+// Four bits an entry: the narrow levels have no instruction for it.
+template <int N>
+[[gnu::always_inline]] inline int lanesIn(std::uint32_t mask) {
+    if constexpr (N == 4)
+        return static_cast<int>(0x4332322132212110u >> 4 * mask & 15);
+    else
+        return __builtin_popcount(mask);
+}
+
 }  // namespace detail
 
 // Stores the lanes of x that are not in `right` from left on, the others up to rightEnd, and
 // returns how many the latter are. Up to a whole vector is written from left on and before
 // rightEnd; where these are the same place nothing is lost.
 template <int N>
-[[gnu::always_inline]] inline int storePartitioned(Vec<std::int32_t, N> x,
-                                                   Mask<std::int32_t, N> right, std::int32_t* left,
-                                                   std::int32_t* rightEnd) {
+[[gnu::always_inline]] inline std::ptrdiff_t storePartitioned(Vec<std::int32_t, N> x,
+                                                              Mask<std::int32_t, N> right,
+                                                              std::int32_t* left,
+                                                              std::int32_t* rightEnd) {
     const auto mask = static_cast<std::uint32_t>(bits(right));
-    const int count = __builtin_popcount(mask);
+    const std::ptrdiff_t count = detail::lanesIn<N>(mask);
     if constexpr (N == 16) {
         const auto v = asInts(x.v);
         const auto k = static_cast<__mmask16>(mask);
-        _mm512_storeu_si512(left, _mm512_maskz_compress_epi32(static_cast<__mmask16>(~mask), v));
-        _mm512_mask_storeu_epi32(rightEnd - count, static_cast<__mmask16>(lowBits(count)),
+        _mm512_storeu_si512(left, _mm512_maskz_compress_epi32(_knot_mask16(k), v));
+        _mm512_mask_storeu_epi32(rightEnd - count,
+                                 static_cast<__mmask16>(lowBits(static_cast<int>(count))),
                                  _mm512_maskz_compress_epi32(k, v));
     } else if constexpr (N == 8) {
         const auto packed = static_cast<int>(detail::kPartitionOrders<8>.order[mask]);
@@ -84,6 +95,40 @@ template <int N>
         }
     }
     return count;
+}
+
+// Of the first n lanes only. Up to n elements are written from left on and before rightEnd.
+template <int N>
+[[gnu::always_inline]] inline std::ptrdiff_t storePartitioned(Vec<std::int32_t, N> x, int n,
+                                                              Mask<std::int32_t, N> right,
+                                                              std::int32_t* left,
+                                                              std::int32_t* rightEnd) {
+    if constexpr (N == 16) {
+        const auto toLeft = ((!right) & Mask<std::int32_t, N>::first(n)).m;
+        const auto toRight = (right & Mask<std::int32_t, N>::first(n)).m;
+        const auto v = asInts(x.v);
+        const std::ptrdiff_t count = detail::lanesIn<N>(toRight);
+        _mm512_mask_storeu_epi32(left, static_cast<__mmask16>(lowBits(n - static_cast<int>(count))),
+                                 _mm512_maskz_compress_epi32(toLeft, v));
+        _mm512_mask_storeu_epi32(rightEnd - count,
+                                 static_cast<__mmask16>(lowBits(static_cast<int>(count))),
+                                 _mm512_maskz_compress_epi32(toRight, v));
+        return count;
+    } else {
+        std::int32_t lane[N];
+        x.store(lane);
+        const auto mask = static_cast<std::uint32_t>(bits(right));
+        std::ptrdiff_t toLeft = 0, toRight = 0;
+        for (int k = 0; k < n; ++k) {
+            // To both sides; one of them counts.
+            writeAny(left + toLeft, lane[k]);
+            writeAny(rightEnd - 1 - toRight, lane[k]);
+            const int isRight = mask >> k & 1;
+            toRight += isRight;
+            toLeft += 1 - isRight;
+        }
+        return toRight;
+    }
 }
 
 }  // namespace zep::ZEP_VARIANT::simd

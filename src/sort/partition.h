@@ -24,7 +24,7 @@ class Partition {
     using T = std::int32_t;
     using V = simd::Native<T>;
     static constexpr int kLanes = V::lanes;
-    static constexpr int kAtOnce = 4;
+    static constexpr int kAtOnce = kLanes >= 16 ? 8 : 4;
     static constexpr std::ptrdiff_t kStep = kAtOnce * kLanes;
 
 public:
@@ -38,24 +38,21 @@ public:
 
 private:
     Partition(T* p, std::ptrdiff_t len, T pivot)
-        : start_(p),
-          left_(p),
-          rightEnd_(p + len),
-          len_(len),
-          pivot_(pivot),
-          pivots_(V::broadcast(pivot)) {}
+        : start_(p), rightEnd_(p + len), room_(len), len_(len), pivots_(V::broadcast(pivot)) {}
+
+    // Where the next element not above the pivot goes.
+    T* left() const { return rightEnd_ - room_; }
 
     [[gnu::always_inline]] void put(V x) {
-        const int right = simd::storePartitioned(x, x > pivots_, left_, rightEnd_);
-        left_ += kLanes - right;
-        rightEnd_ -= right;
+        rightEnd_ -= simd::storePartitioned(x, x > pivots_, left(), rightEnd_);
+        room_ -= kLanes;
     }
 
     // Without a branch: which side it is cannot be foreseen.
     template <int kVectors>
     [[gnu::always_inline]] void step(T*& unread, T*& unreadEnd) {
         constexpr std::ptrdiff_t n = kVectors * kLanes;
-        const std::ptrdiff_t roomLeft = unread - left_, roomRight = rightEnd_ - unreadEnd;
+        const std::ptrdiff_t roomLeft = unread - left(), roomRight = rightEnd_ - unreadEnd;
         const std::ptrdiff_t fromLeft = roomLeft <= roomRight ? -1 : 0;
         const T* from = unread + (~fromLeft & (unreadEnd - n - unread));
         unread += fromLeft & n;
@@ -74,32 +71,23 @@ private:
             first[k] = V::load(start_ + k * kLanes);
             last[k] = V::load(unreadEnd + k * kLanes);
         });
-        T aside[kLanes];
-        V::loadPartial(unreadEnd + kStep, rest).store(aside);
+        const V aside = V::loadPartial(unreadEnd + kStep, rest);
 
         while (unreadEnd - unread >= kStep) step<kAtOnce>(unread, unreadEnd);
         while (unread != unreadEnd) step<1>(unread, unreadEnd);
-        for (int n = 0; n < rest; ++n) {
-            // To both ends of the room; one of them counts.
-            const T x = aside[n];
-            simd::writeAny(left_, x);
-            simd::writeAny(rightEnd_ - 1, x);
-            const bool right = x > pivot_;
-            left_ += !right;
-            rightEnd_ -= right;
-        }
+        rightEnd_ -= simd::storePartitioned(aside, rest, aside > pivots_, left(), rightEnd_);
+        room_ -= rest;
         simd::unroll<kAtOnce>([&](auto k) {
             put(first[k]);
             put(last[k]);
         });
-        return left_ - start_;
+        return left() - start_;
     }
 
     T* start_;
-    T* left_;      // where the next element not above the pivot goes
-    T* rightEnd_;  // behind where the next one above it goes
+    T* rightEnd_;          // behind where the next element above the pivot goes
+    std::ptrdiff_t room_;  // elements not written yet
     std::ptrdiff_t len_;
-    T pivot_;
     V pivots_;
 };
 

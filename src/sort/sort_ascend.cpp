@@ -1,4 +1,4 @@
-// Sort in place: quicksort on vectors, with sorting networks for what fits the registers.
+// Sort in place: quicksort on vectors, with sorting networks for what is left.
 //
 // Pivot: the median of a sample of vectors from all over the range. Where a quarter of the sample
 // equals it, or nothing is above it, the elements that equal it are parted off too, and are done:
@@ -53,9 +53,9 @@ struct Pivot {
 
 // len > network::kMost.
 inline Pivot choosePivot(const T* p, std::ptrdiff_t len) {
-    constexpr int kMostVectors = network::kRows / 2;
+    constexpr int kMostVectors = 8;
     T sample[kMostVectors * L];
-    const int vectors = len < 16 * network::kMost ? kMostVectors / 2 : kMostVectors;
+    const int vectors = len < 4 * network::kMost ? kMostVectors / 2 : kMostVectors;
     const std::ptrdiff_t apart = (len - L) / (vectors - 1);
     for (int k = 0; k < vectors; ++k) V::load(p + k * apart).store(sample + k * L);
     const int n = vectors * static_cast<int>(L);

@@ -3,7 +3,9 @@
 // The bits of a float are turned into a key that ascends where values descend: those of a negative
 // one ascend with its magnitude already, and of a positive one all bits below the sign are
 // complemented, which puts it before all negative ones with the largest first. Digits of 11, 11 and
-// 10 bits make three passes; one reading of the keys counts all three.
+// 10 bits make three passes; one reading of the keys counts all three. The tables of short vectors
+// would cost more than the passes: they take four digits of 8 bits, and the shortest an insertion
+// sort. The order is the same, since a stable sort has only one.
 #include <cstdint>
 
 #include "core/checks.h"
@@ -12,10 +14,6 @@
 
 namespace zep::ZEP_VARIANT {
 namespace {
-
-constexpr int kDigits = 3;
-constexpr int kShift[kDigits] = {0, 11, 22};
-constexpr int kValues = 2048;
 
 // Keys at a byte stride, which may be negative.
 class Keys {
@@ -35,48 +33,78 @@ private:
     std::ptrdiff_t stride_;
 };
 
-using Counters = std::uint32_t[kDigits][kValues];
-
-inline std::uint32_t digitOf(std::uint32_t key, int digit) {
-    return key >> kShift[digit] & (kValues - 1);
-}
-
-// Counts, and then where the first index with each digit goes.
-inline void startingPositions(const Keys& keys, std::int32_t len, Counters& start) {
-    for (auto& digit : start)
-        for (auto& counter : digit) counter = 0;
+void insertionSort(const Keys& keys, std::int32_t* dst, std::int32_t len) {
     for (std::int32_t n = 0; n < len; ++n) {
         const std::uint32_t key = keys[n];
-        ++start[0][digitOf(key, 0)];
-        ++start[1][digitOf(key, 1)];
-        ++start[2][digitOf(key, 2)];
+        std::int32_t to = n;
+        for (; to > 0 && key < keys[simd::readAny(dst + to - 1)]; --to)
+            simd::writeAny(dst + to, simd::readAny(dst + to - 1));
+        simd::writeAny(dst + to, n);
     }
-    std::uint32_t sum[kDigits] = {};
-    for (int v = 0; v < kValues; ++v)
-        for (int d = 0; d < kDigits; ++d) {
-            const std::uint32_t count = start[d][v];
-            start[d][v] = sum[d];
-            sum[d] += count;
-        }
 }
 
-// Indices come in the order that `index` gives and go to dst by one digit. Keys are read all over
-// memory: they are asked for early.
-template <class Index>
-inline void distribute(const Keys& keys, std::int32_t len, std::uint32_t (&start)[kValues],
-                       int digit, std::int32_t* dst, Index index) {
-    constexpr std::int32_t kAhead = 24;
-    const auto put = [&](std::int32_t i) {
-        const std::uint32_t to = start[digitOf(keys[i], digit)]++;
-        simd::writeAny(dst + to, i);
-    };
-    std::int32_t n = 0;
-    for (; n < len - kAhead; ++n) {
-        __builtin_prefetch(keys.address(index(n + kAhead)));
-        put(index(n));
+template <int kDigits, int kBits>
+class RadixSort {
+    static constexpr std::uint32_t kValues = 1u << kBits;
+    static_assert(kDigits * kBits >= 32);
+
+public:
+    static void run(const Keys& keys, std::int32_t* dst, std::int32_t* scratch, std::int32_t len) {
+        std::uint32_t start[kDigits][kValues] = {};
+        startingPositions(keys, len, start);
+        // To and fro, so that the last pass ends in dst.
+        const std::int32_t* from = nullptr;
+        for (int digit = 0; digit < kDigits; ++digit) {
+            std::int32_t* const to = (kDigits - digit) % 2 == 1 ? dst : scratch;
+            if (digit == 0)
+                distribute(keys, len, start[0], 0, to, [](std::int32_t n) { return n; });
+            else
+                distribute(keys, len, start[digit], digit, to,
+                           [from](std::int32_t n) { return simd::readAny(from + n); });
+            from = to;
+        }
     }
-    for (; n < len; ++n) put(index(n));
-}
+
+private:
+    static std::uint32_t digitOf(std::uint32_t key, int digit) {
+        return key >> digit * kBits & (kValues - 1);
+    }
+
+    // Counts, and then where the first index with each digit goes.
+    static void startingPositions(const Keys& keys, std::int32_t len,
+                                  std::uint32_t (&start)[kDigits][kValues]) {
+        for (std::int32_t n = 0; n < len; ++n) {
+            const std::uint32_t key = keys[n];
+            for (int d = 0; d < kDigits; ++d) ++start[d][digitOf(key, d)];
+        }
+        std::uint32_t sum[kDigits] = {};
+        for (std::uint32_t v = 0; v < kValues; ++v)
+            for (int d = 0; d < kDigits; ++d) {
+                const std::uint32_t count = start[d][v];
+                start[d][v] = sum[d];
+                sum[d] += count;
+            }
+    }
+
+    // Indices come in the order that `index` gives and go to dst by one digit. Keys are read all
+    // over memory: they are asked for early.
+    template <class Index>
+    static void distribute(const Keys& keys, std::int32_t len, std::uint32_t (&start)[kValues],
+                           int digit, std::int32_t* dst, Index index) {
+        constexpr std::int32_t kAhead = 24;
+        const auto put = [&](std::int32_t i) {
+            simd::writeAny(dst + start[digitOf(keys[i], digit)]++, i);
+        };
+        std::int32_t n = 0;
+        for (; n < len - kAhead; ++n) {
+            __builtin_prefetch(keys.address(index(n + kAhead)));
+            put(index(n));
+        }
+        for (; n < len; ++n) put(index(n));
+    }
+};
+
+constexpr std::int32_t kInsertion = 24, kFewKeys = 4096;
 
 }  // namespace
 
@@ -85,14 +113,12 @@ ZepStatus zepsSortRadixIndexDescend_32f(const Zep32f* pSrc, Zep32s srcStrideByte
     if (const ZepStatus s = checkVectors(len, pSrc, pDstIndx, pTmpIndx); s != zepStsNoErr) return s;
     if (static_cast<std::uint32_t>(srcStrideBytes) < sizeof(Zep32f)) return zepStsSizeErr;
     const Keys keys(pSrc, srcStrideBytes);
-    const auto in = [](const Zep32s* from) {
-        return [from](std::int32_t n) { return simd::readAny(from + n); };
-    };
-    Counters start;
-    startingPositions(keys, len, start);
-    distribute(keys, len, start[0], 0, pDstIndx, [](std::int32_t n) { return n; });
-    distribute(keys, len, start[1], 1, pTmpIndx, in(pDstIndx));
-    distribute(keys, len, start[2], 2, pDstIndx, in(pTmpIndx));
+    if (len <= kInsertion)
+        insertionSort(keys, pDstIndx, len);
+    else if (len < kFewKeys)
+        RadixSort<4, 8>::run(keys, pDstIndx, pTmpIndx, len);
+    else
+        RadixSort<3, 11>::run(keys, pDstIndx, pTmpIndx, len);
     return zepStsNoErr;
 }
 

@@ -8,6 +8,7 @@
 
 #include "support/guarded_buffer.h"
 #include "support/random.h"
+#include "support/sweep.h"
 #include "support/variant.h"
 #include "zeps.h"
 
@@ -84,7 +85,7 @@ class SortAscend : public VariantTest {};
 
 // Every number of left-over elements of the networks.
 TEST_P(SortAscend, AllShortLengths) {
-    for (int len = 1; len <= 280; ++len)
+    for (int len = 1; len <= 280; len += thinStep(11))
         for (const Pattern pattern : {Pattern::Random, Pattern::FewValues, Pattern::Falling}) {
             const Edge edge = len % 2 == 0 ? Edge::Front : Edge::Back;
             checkSort(patterned<Zep32s>(pattern, len), edge, 0);
@@ -95,7 +96,8 @@ TEST_P(SortAscend, AllShortLengths) {
 
 TEST_P(SortAscend, LongOnesOfAllPatterns) {
     for (const Pattern pattern : kPatterns)
-        for (const int len : {257, 300, 511, 513, 777, 1000, 1023, 1025, 2049, 4100, 5003, 20011}) {
+        for (const int len :
+             {300, 511, 512, 513, 777, 1000, 1023, 1024, 1025, 2049, 4100, 5003, 20011}) {
             checkSort(patterned<Zep32s>(pattern, len), Edge::Back, 0);
             checkSort(patterned<Zep32f>(pattern, len), Edge::Front, 1);
             if (HasFatalFailure()) return;

@@ -8,6 +8,7 @@
 
 #include "support/guarded_buffer.h"
 #include "support/random.h"
+#include "support/sweep.h"
 #include "support/variant.h"
 #include "zeps.h"
 
@@ -108,7 +109,7 @@ void checkSort(const Function<T>& f, const std::vector<T>& x, Edge edge, int ske
 template <class T>
 void checkFunction(const Function<T>& f) {
     for (int pattern = 0; pattern < kPatterns; ++pattern) {
-        for (int len = 1; len <= 70; ++len)
+        for (const int len : sweepLengths())
             checkSort(f, patterned<T>(pattern, len), len % 2 == 0 ? Edge::Front : Edge::Back,
                       len % 5);
         for (const int len : {100, 333, 1000, 2500})

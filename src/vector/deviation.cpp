@@ -13,6 +13,7 @@ using D = simd::Native<Zep64f>;
 struct SingleMoments {
     F sum = F::zero(), squares = F::zero();
     [[gnu::always_inline]] void add(F x) {
+        simd::keepInRegister(x);
         sum = sum + x;
         squares = mulAdd(x, x, squares);
     }
@@ -26,6 +27,7 @@ struct SingleMoments {
 struct DoubleMoments {
     D sum = D::zero(), squares = D::zero();
     [[gnu::always_inline]] void add(D x) {
+        simd::keepInRegister(x);
         sum = sum + x;
         squares = mulAdd(x, x, squares);
     }

@@ -21,6 +21,7 @@ template <class V>
 struct ComplexDotTotal {
     V straight = V::zero(), crossed = V::zero();
     [[gnu::always_inline]] void add(V a, V b) {
+        simd::keepInRegister(a), simd::keepInRegister(b);
         straight = mulAdd(a, b, straight);
         crossed = mulAdd(a, swapPairs(b), crossed);
     }

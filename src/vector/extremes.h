@@ -33,6 +33,7 @@ struct Extremes {
     Smallest<V> smallest;
     Largest<V> largest;
     [[gnu::always_inline]] void add(V x) {
+        simd::keepInRegister(x);
         smallest.add(x);
         largest.add(x);
     }

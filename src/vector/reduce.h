@@ -6,9 +6,10 @@
 // are merged by halves. This order, and with it the rounding of a sum, follows from the length
 // alone: not from addresses, nor from the values.
 //
-// An accumulator is a structure with merge(other). All start from the same one, so that it must
-// not count when it is merged several times: zeros of a sum, or any element of the vector for a
-// maximum.
+// An accumulator is a structure with merge(other). All start from the same one, so that it must not
+// count when it is merged several times: zeros of a sum, or any element of the vector for a maximum.
+// Loads are what limits most of them: where one uses an element twice it keeps it in a register, or
+// the compiler would load it for each use.
 #pragma once
 
 #include <cstddef>

@@ -21,6 +21,7 @@ static_assert(kVectorsAtOnce + 1 <= 65535);
 struct HalvesTotal {
     V wrapped = V::zero(), upper = V::zero();
     [[gnu::always_inline]] void add(V x) {
+        simd::keepInRegister(x);
         wrapped = wrapped + x;
         upper = upper + (x >> 16);
     }

@@ -12,6 +12,7 @@
 
 #include "core/checks.h"
 #include "core/variant_exports.h"
+#include "sort/heap_sort.h"
 #include "sort/network.h"
 #include "sort/partition.h"
 
@@ -23,28 +24,6 @@ using V = simd::Native<T>;
 constexpr std::ptrdiff_t L = V::lanes;
 
 static_assert(network::kMost >= Partition::kLeast, "what is not for the network can be parted");
-
-void siftDown(T* p, std::ptrdiff_t root, std::ptrdiff_t len) {
-    const T x = simd::readAny(p + root);
-    while (true) {
-        std::ptrdiff_t child = 2 * root + 1;
-        if (child >= len) break;
-        if (child + 1 < len && simd::readAny(p + child) < simd::readAny(p + child + 1)) ++child;
-        if (simd::readAny(p + child) <= x) break;
-        simd::writeAny(p + root, simd::readAny(p + child));
-        root = child;
-    }
-    simd::writeAny(p + root, x);
-}
-
-void heapSort(T* p, std::ptrdiff_t len) {
-    for (std::ptrdiff_t root = len / 2 - 1; root >= 0; --root) siftDown(p, root, len);
-    for (std::ptrdiff_t last = len - 1; last > 0; --last) {
-        const T largest = simd::readAny(p), x = simd::readAny(p + last);
-        simd::writeAny(p, x), simd::writeAny(p + last, largest);
-        siftDown(p, 0, last);
-    }
-}
 
 struct Pivot {
     T value;

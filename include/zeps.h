@@ -15,6 +15,7 @@
 #include "zeps/complex.h"
 #include "zeps/conversion.h"
 #include "zeps/deflate.h"
+#include "zeps/dft.h"
 #include "zeps/fft.h"
 #include "zeps/fixed_point.h"
 #include "zeps/generators.h"

@@ -187,8 +187,14 @@ template ZepStatus FFTGetSize<float>(FftKind, int, int, int, FftSizes*);
 template ZepStatus FFTGetSize<double>(FftKind, int, int, int, FftSizes*);
 template ZepStatus FFTInit<float>(FftKind, FftObject<float>**, int, int, int, void*, void*);
 template ZepStatus FFTInit<double>(FftKind, FftObject<double>**, int, int, int, void*, void*);
+template ZepStatus initAlloc(FFTSpecC32fc**, int, int, int);
+template ZepStatus initAlloc(FFTSpecR32f**, int, int, int);
 template ZepStatus initAlloc(FFTSpecC64fc**, int, int, int);
+template ZepStatus release(FFTSpecC32fc*);
+template ZepStatus release(FFTSpecR32f*);
 template ZepStatus release(FFTSpecC64fc*);
+template ZepStatus bufSize(const FFTSpecC32fc*, int*);
+template ZepStatus bufSize(const FFTSpecR32f*, int*);
 template ZepStatus bufSize(const FFTSpecC64fc*, int*);
 
 }  // namespace zep::ZEP_VARIANT::fft

@@ -1,0 +1,73 @@
+// The mixed-radix route: passes that sort as they go, between two arrays (Stockham).
+//
+// After the passes with product s, element q + s*g is bin q of the s points g, g + N/s, g + 2N/s ...
+// of the source. The first stage takes its points N/r apart and writes each group of r bins
+// together, vectors running over the groups. A pass of radix r takes the same bin q of r groups,
+// rotates it by W(k*q) of s*r points and writes bins q + s*j, vectors running over q. All reads of
+// a pass are in one array and all writes in the other.
+#pragma once
+
+#include "simd/vec_one.h"
+#include "transform/dft_butterfly.h"
+#include "transform/dft_spec.h"
+#include "transform/fft_tuning.h"
+
+namespace zep::ZEP_VARIANT::dft {
+
+using fft::kLanes;
+using fft::Real;
+
+// Pairs of parts in memory; one lane is a pair as it stands.
+template <class V>
+[[gnu::always_inline]] inline simd::SplitComplex<V> loadPairs(const typename V::Scalar* p) {
+    if constexpr (V::lanes == 1)
+        return simd::SplitComplex<V>::load(p);
+    else
+        return simd::loadInterleaved<V>(p);
+}
+template <class V>
+[[gnu::always_inline]] inline void storePairs(simd::SplitComplex<V> x, typename V::Scalar* p) {
+    if constexpr (V::lanes == 1)
+        x.store(p);
+    else
+        simd::storeInterleaved(x, p);
+}
+template <class V>
+constexpr int slotElementOf(int slot) {
+    if constexpr (V::lanes == 1)
+        return slot;
+    else
+        return simd::slotElement<V>(slot);
+}
+
+// Columns in whole vectors: the widest that the columns fill, single ones where they fill none; the
+// last vector begins so that it ends with them. Calls f with such a vector.
+template <class T, class F>
+[[gnu::always_inline]] inline void withColumnVector(std::ptrdiff_t columns, F f) {
+    constexpr int kNarrow = 16 / int{sizeof(T)};
+    if (columns >= kLanes<T>) return f(Real<T>{});
+    if constexpr (kLanes < T >> 2 * kNarrow)
+        if (columns >= 2 * kNarrow) return f(simd::Vec<T, 2 * kNarrow>{});
+    if constexpr (kLanes < T >> kNarrow)
+        if (columns >= kNarrow) return f(simd::Vec<T, kNarrow>{});
+    f(simd::Vec<T, 1>{});
+}
+constexpr std::ptrdiff_t vectorsOf(std::ptrdiff_t columns, int lanes) {
+    return (columns + lanes - 1) / lanes;
+}
+constexpr std::ptrdiff_t vectorBegin(std::ptrdiff_t vector, std::ptrdiff_t columns, int lanes) {
+    return (vector + 1) * lanes <= columns ? vector * lanes : columns - lanes;
+}
+
+template <Direction D, class T>
+struct Passes {
+    // radix groups of stride points each, from in to out.
+    static void first(const T* in, T* out, int radix, std::ptrdiff_t groups, const T* oddTable);
+    // G groups of radix * s bins.
+    static void join(const T* in, T* out, int radix, std::ptrdiff_t s, std::ptrdiff_t groups,
+                     const T* twiddles, const T* oddTable);
+    // All of them; scratch holds len elements. dst may equal src.
+    static void run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec, T* scratch);
+};
+
+}  // namespace zep::ZEP_VARIANT::dft

@@ -1,0 +1,292 @@
+#include "transform/dft_real.h"
+
+#include "transform/dft_odd.h"
+
+namespace zep::ZEP_VARIANT::dft {
+namespace {
+
+template <class V>
+[[gnu::always_inline]] inline simd::SplitComplex<V> loadPairsReversed(const float* p) {
+    if constexpr (V::lanes == 1)
+        return simd::SplitComplex<V>::load(p);
+    else
+        return simd::loadReversed<V>(p);
+}
+template <class V>
+[[gnu::always_inline]] inline void storePairsReversed(simd::SplitComplex<V> x, float* p) {
+    if constexpr (V::lanes == 1)
+        x.store(p);
+    else
+        simd::storeReversed<V>(x, p);
+}
+
+struct Folded {
+    float rising[2], falling[2];
+};
+
+// One pair, in scalars: see fft_fold.cpp for the formula.
+inline Folded foldPair(const float* a, const float* b, float A, float B) {
+    const float are = simd::readAny(a), aim = simd::readAny(a + 1);
+    const float bre = simd::readAny(b), bim = simd::readAny(b + 1);
+    const float dr = are - bre, di = aim + bim;
+    const float u = B * dr + A * di, v = B * di - A * dr;
+    return {{bre + u, v - bim}, {are - u, v - aim}};
+}
+
+inline void endPoints(float* z) {
+    const float re = simd::readAny(z), im = simd::readAny(z + 1);
+    simd::writeAny(z, re + im);
+    simd::writeAny(z + 1, re - im);
+}
+// The partner of itself.
+inline void middle(float* z, std::int64_t h) {
+    if (h % 2 == 0) simd::writeAny(z + h + 1, -simd::readAny(z + h + 1));
+}
+
+template <class V>
+void foldVectors(float* z, std::int64_t h, std::int64_t count, const float* table) {
+    using C = simd::SplitComplex<V>;
+    constexpr int W = V::lanes;
+    const std::ptrdiff_t vectors = vectorsOf(count, W);
+    // In place: the last vector overlaps the one before, so it is read before that is written.
+    const auto load = [&](std::ptrdiff_t v, C& a, C& b) {
+        const std::ptrdiff_t k = 1 + vectorBegin(v, count, W);
+        a = loadPairs<V>(z + 2 * k);
+        b = loadPairsReversed<V>(z + 2 * (h - k - W + 1));
+    };
+    const auto store = [&](std::ptrdiff_t v, C a, C b) {
+        const std::ptrdiff_t k = 1 + vectorBegin(v, count, W);
+        const V A = V::load(table + v * 2 * W), B = V::load(table + v * 2 * W + W);
+        const V dr = a.re - b.re, di = a.im + b.im;
+        const V u = mulAdd(B, dr, A * di), w = negMulAdd(A, dr, B * di);
+        storePairsReversed<V>(C{a.re - u, w - a.im}, z + 2 * (h - k - W + 1));
+        storePairs<V>(C{b.re + u, w - b.im}, z + 2 * k);
+    };
+    C lastA, lastB;
+    load(vectors - 1, lastA, lastB);
+    for (std::ptrdiff_t v = 0; v + 1 < vectors; ++v) {
+        C a, b;
+        load(v, a, b);
+        store(v, a, b);
+    }
+    store(vectors - 1, lastA, lastB);
+}
+
+}  // namespace
+
+void foldReal(float* z, const DftObject<float>& spec) {
+    const std::int64_t h = spec.len / 2, count = foldCount(spec.len);
+    endPoints(z);
+    middle(z, h);
+    if (count > 0)
+        withColumnVector<float>(
+            count, [&]<class V>(V) { foldVectors<V>(z, h, count, spec.foldTwiddles); });
+}
+
+namespace {
+
+template <int N>
+inline void foldConstant(float* z) {
+    constexpr int h = N / 2;
+    for (int k = 1; k <= foldCount(N); ++k) {
+        const Folded f = foldPair(z + 2 * k, z + 2 * (h - k), 0.5f * kUnitRoots<float, N>.cosine[k],
+                                  0.5f - 0.5f * kUnitRoots<float, N>.sine[k]);
+        __builtin_memcpy(z + 2 * k, f.rising, sizeof f.rising);
+        __builtin_memcpy(z + 2 * (h - k), f.falling, sizeof f.falling);
+    }
+}
+
+// The real first stage: points are real, R values of each group follow one another.
+template <int R>
+void realFirstStage(const float* in, float* out, std::ptrdiff_t groups) {
+    using V = Real<float>;
+    using C = simd::SplitComplex<V>;
+    constexpr std::ptrdiff_t W = V::lanes;
+    for (std::ptrdiff_t g = 0; g < groups; g += W) {
+        const int n = static_cast<int>(groups - g < W ? groups - g : W);
+        C x[R];
+#pragma GCC unroll 16
+        for (int k = 0; k < R; ++k) {
+            const float* p = in + g + k * groups;
+            x[k] = {n == W ? V::load(p) : V::loadPartial(p, n), V::broadcast(0)};
+        }
+        butterfly<Direction::Forward, R>(x);
+        alignas(64) float value[R][W];
+        x[0].re.store(value[0]);
+#pragma GCC unroll 16
+        for (int j = 1; j <= (R - 1) / 2; ++j) {
+            x[j].re.store(value[2 * j - 1]);
+            x[j].im.store(value[2 * j]);
+        }
+        for (int i = 0; i < n; ++i)
+#pragma GCC unroll 16
+            for (int j = 0; j < R; ++j) simd::writeAny(out + R * (g + i) + j, value[j][i]);
+    }
+}
+
+void realFirstStageOdd(const float* in, float* out, int r, std::ptrdiff_t groups,
+                       const float* table) {
+    using V = Real<float>;
+    using C = simd::SplitComplex<V>;
+    constexpr std::ptrdiff_t W = V::lanes;
+    for (std::ptrdiff_t g = 0; g < groups; g += W) {
+        const int n = static_cast<int>(groups - g < W ? groups - g : W);
+        C x[kMaxOdd];
+        for (int k = 0; k < r; ++k)
+            x[k] = {V::loadPartial(in + g + k * groups, n), V::broadcast(0)};
+        oddTransform<Direction::Forward, V>(x, r, table);
+        for (int j = 0; j <= (r - 1) / 2; ++j) {
+            float re[W], im[W];
+            x[j].re.store(re);
+            x[j].im.store(im);
+            for (int i = 0; i < n; ++i) {
+                float* group = out + r * (g + i);
+                if (j > 0) simd::writeAny(group + 2 * j, im[i]);
+                simd::writeAny(group + (j > 0 ? 2 * j - 1 : 0), re[i]);
+            }
+        }
+    }
+}
+
+// Transforms x[0 .. r-1]; R is the radix where it has code of its own, else 0.
+template <int R, class V>
+[[gnu::always_inline]] inline void anyButterfly(simd::SplitComplex<V>* x, int r,
+                                                const float* table) {
+    if constexpr (R > 0)
+        butterfly<Direction::Forward, R>(*reinterpret_cast<simd::SplitComplex<V>(*)[R]>(x));
+    else
+        oddTransform<Direction::Forward, V>(x, r, table);
+}
+
+// Column 0 of a group: r real values, s apart.
+template <int R>
+void joinColumnZero(const float* in, float* out, int r, std::ptrdiff_t s, std::ptrdiff_t leg,
+                    const float* table) {
+    using V = simd::Vec<float, 1>;
+    simd::SplitComplex<V> x[R > 0 ? R : kMaxOdd];
+    for (int k = 0; k < r; ++k) x[k] = {V::load(in + k * leg), V::broadcast(0)};
+    anyButterfly<R, V>(x, r, table);
+    x[0].re.store(out);
+    for (int j = 1; j <= (r - 1) / 2; ++j) x[j].store(out + 2 * j * s - 1);
+}
+
+template <int R, class V>
+void joinRealGroups(const float* in, float* out, int radix, std::ptrdiff_t s, std::ptrdiff_t groups,
+                    const float* twiddles, const float* table) {
+    using C = simd::SplitComplex<V>;
+    constexpr int W = V::lanes;
+    const int r = R > 0 ? R : radix, half = (r - 1) / 2;
+    const std::ptrdiff_t columns = (s - 1) / 2, leg = s * groups;
+    for (std::ptrdiff_t g = 0; g < groups; ++g, in += s, out += r * s) {
+        joinColumnZero<R>(in, out, r, s, leg, table);
+        const float* w = twiddles;
+        for (std::ptrdiff_t v = 0; v < vectorsOf(columns, W); ++v) {
+            const std::ptrdiff_t q = 1 + vectorBegin(v, columns, W);
+            C x[R > 0 ? R : kMaxOdd];
+            x[0] = loadPairs<V>(in + 2 * q - 1);
+#pragma GCC unroll 16
+            for (int k = 1; k < r; ++k, w += 2 * W)
+                x[k] = fft::rotate<Direction::Forward>(loadPairs<V>(in + k * leg + 2 * q - 1),
+                                                       C::load(w));
+            anyButterfly<R, V>(x, r, table);
+#pragma GCC unroll 16
+            for (int j = 0; j <= half; ++j) storePairs<V>(x[j], out + 2 * (q + j * s) - 1);
+#pragma GCC unroll 16
+            for (int j = half + 1; j < r; ++j)
+                storePairsReversed<V>(C{x[j].re, V::broadcast(0) - x[j].im},
+                                      out + 2 * (s * (r - j) - q - W + 1) - 1);
+        }
+    }
+}
+
+template <int R>
+void joinReal(const float* in, float* out, const DftFactor<float>& f, std::ptrdiff_t s,
+              std::ptrdiff_t groups) {
+    withColumnVector<float>((s - 1) / 2, [&]<class V>(V) {
+        joinRealGroups<R, V>(in, out, f.radix, s, groups, f.twiddles, f.oddTable);
+    });
+}
+
+}  // namespace
+
+void foldShort(float* z, int len) {
+    endPoints(z);
+    middle(z, len / 2);
+    switch (len) {
+        case 6:
+            return foldConstant<6>(z);
+        case 8:
+            return foldConstant<8>(z);
+        case 10:
+            return foldConstant<10>(z);
+        case 12:
+            return foldConstant<12>(z);
+        case 14:
+            return foldConstant<14>(z);
+        case 16:
+            return foldConstant<16>(z);
+        default:  // 2 and 4: no pairs
+            return;
+    }
+}
+
+void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch) {
+    const int last = spec.lastFactor;
+    const std::ptrdiff_t len = spec.len;
+    const bool firstToDst = last % 2 != 0;
+    if (src == dst && firstToDst) {
+        __builtin_memcpy(scratch, src, static_cast<std::size_t>(len) * sizeof(float));
+        src = scratch;
+    }
+    float* to = firstToDst ? dst : scratch;
+    std::ptrdiff_t s = spec.factors[last].subLength;
+    const std::ptrdiff_t groups = len / s;
+    switch (s) {
+        case 3:
+            realFirstStage<3>(src, to, groups);
+            break;
+        case 5:
+            realFirstStage<5>(src, to, groups);
+            break;
+        case 7:
+            realFirstStage<7>(src, to, groups);
+            break;
+        case 11:
+            realFirstStage<11>(src, to, groups);
+            break;
+        case 13:
+            realFirstStage<13>(src, to, groups);
+            break;
+        default:
+            realFirstStageOdd(src, to, static_cast<int>(s), groups,
+                              spec.factors[last + 1].oddTable);
+    }
+    for (int i = last; i >= 0; --i) {
+        const DftFactor<float>& f = spec.factors[i];
+        const float* from = to;
+        to = to == dst ? scratch : dst;
+        const std::ptrdiff_t rest = len / (s * f.radix);
+        switch (f.radix) {
+            case 3:
+                joinReal<3>(from, to, f, s, rest);
+                break;
+            case 5:
+                joinReal<5>(from, to, f, s, rest);
+                break;
+            case 7:
+                joinReal<7>(from, to, f, s, rest);
+                break;
+            case 11:
+                joinReal<11>(from, to, f, s, rest);
+                break;
+            case 13:
+                joinReal<13>(from, to, f, s, rest);
+                break;
+            default:
+                joinReal<0>(from, to, f, s, rest);
+        }
+        s *= f.radix;
+    }
+}
+
+}  // namespace zep::ZEP_VARIANT::dft

@@ -1,0 +1,28 @@
+// Real transforms of any length: the fold of an even one, the passes of an odd one.
+//
+// An odd transform is packed as R(0), R(1), I(1), R(2) .. at every stage: a group of s points takes
+// s values, and a pass computes the lower half of the columns; bins beyond the middle are stored
+// conjugated where their mirror image stands.
+#pragma once
+
+#include "transform/dft_passes.h"
+#include "transform/dft_spec.h"
+
+namespace zep::ZEP_VARIANT::dft {
+
+// Pairs k and h-k, h = len/2, without the element in the middle, which is its own partner.
+constexpr std::int64_t foldCount(std::int64_t len) { return (len / 2 - 1) / 2; }
+// Whole vectors, never none.
+constexpr std::int64_t foldCapacity(std::int64_t len) {
+    return (foldCount(len) + kLanes<float>) / kLanes<float> * kLanes<float> + kLanes<float>;
+}
+
+// From the spectrum of len/2 complex points in z to the packed one of len real points, in place.
+void foldReal(float* z, const DftObject<float>& spec);
+// The same with constants for the lengths of straight-line code.
+void foldShort(float* z, int len);
+
+// The mixed-radix route of odd lengths; scratch holds 2 * len values. dst may equal src.
+void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch);
+
+}  // namespace zep::ZEP_VARIANT::dft

@@ -1,0 +1,150 @@
+// Drivers of the transforms of any length.
+#include "core/checks.h"
+#include "transform/dft_object.h"
+#include "transform/dft_odd.h"
+#include "transform/dft_plan.h"
+#include "transform/dft_real.h"
+#include "transform/fft_driver.h"
+
+namespace zep::ZEP_VARIANT::dft {
+
+template <Direction D, class T>
+ZepStatus Run<D, T>::points(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch) {
+    if (spec.usesFFT) {
+        using Fft = typename SpecTraits<typename ComplexSpec<T>::Type>::Fft;
+        const auto& nested = *static_cast<const Fft*>(spec.fftSpec);
+        const bool scaled =
+            (D == Direction::Forward ? nested.scaleForward : nested.scaleInverse) != 0;
+        fft::Routes<D, T>::complex(src, dst, nested.order, nested, scratch, scaled);
+    } else if (spec.mixedRadix) {
+        Passes<D, T>::run(src, dst, len, spec, scratch);
+    } else if (len <= Limits<T>::oddLength) {
+        directOdd<D>(src, dst, len, spec.directTable);
+    } else {
+        return chirp(src, dst, len, spec, scratch);
+    }
+    return zepStsNoErr;
+}
+
+namespace {
+
+// Every count of values here is an int.
+inline void multiplyBy(float factor, float* x, int count) {
+    ZEP_VARIANT::zepsMulC_32f_I(factor, x, count);
+}
+inline void multiplyBy(double factor, double* x, int count) {
+    ZEP_VARIANT::zepsMulC_64f_I(factor, x, count);
+}
+
+template <Direction D, class Element, class Spec>
+inline ZepStatus transform(const Element* pSrc, Element* pDst, const Spec* pSpec, Zep8u* pBuffer) {
+    using T = typename SpecTraits<Spec>::Scalar;
+    if (pSpec == nullptr) return zepStsNullPtrErr;
+    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
+        return zepStsContextMatchErr;
+    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    const bool scaled = (D == Direction::Forward ? pSpec->scaleForward : pSpec->scaleInverse) != 0;
+    const T* src = reinterpret_cast<const T*>(pSrc);
+    T* dst = reinterpret_cast<T*>(pDst);
+    const int len = pSpec->len;
+    if (len <= kDirectMaxLength) {
+        Run<D, T>::direct(src, dst, len, scaled ? pSpec->scale : T{1});
+        return zepStsNoErr;
+    }
+    const fft::Scratch scratch(pBuffer, pSpec->workSize);
+    if (scratch.missing()) return zepStsMemAllocErr;
+    const ZepStatus s = Run<D, T>::points(src, dst, len, *pSpec, scratch.template as<T>());
+    if (s == zepStsNoErr && scaled && !pSpec->usesFFT) multiplyBy(pSpec->scale, dst, 2 * len);
+    return s;
+}
+
+// Bins 0 .. (len-1)/2, in pairs, to R(0), R(1), I(1) ..
+void packOdd(const float* bins, float* dst, int len) {
+    simd::writeAny(dst, bins[0]);
+    __builtin_memcpy(dst + 1, bins + 2, static_cast<std::size_t>(len - 1) * sizeof(float));
+}
+
+ZepStatus transformOdd(const float* src, float* dst, const DFTSpecR32f& spec, float* scratch) {
+    using Forward = Run<Direction::Forward, float>;
+    const int len = spec.len;
+    if (spec.mixedRadix) {
+        realPasses(src, dst, spec, scratch);
+    } else if (len <= Limits<float>::oddLength) {
+        float x[2 * kMaxOdd], X[2 * kMaxOdd];
+        for (int n = 0; n < len; ++n) {
+            x[2 * n] = simd::readAny(src + n);
+            x[2 * n + 1] = 0;
+        }
+        directOdd<Direction::Forward>(x, X, len, spec.directTable);
+        packOdd(X, dst, len);
+    } else {
+        if (const ZepStatus s = Forward::chirp(src, true, len, spec, scratch); s != zepStsNoErr)
+            return s;
+        packOdd(scratch, dst, len);
+    }
+    return zepStsNoErr;
+}
+
+ZepStatus transformEven(const float* src, float* dst, const DFTSpecR32f& spec, float* scratch) {
+    using Forward = Run<Direction::Forward, float>;
+    const int h = spec.len / 2;
+    if (h <= kDirectMaxLength) {
+        Forward::direct(src, dst, h, 1.0f);
+    } else if (const ZepStatus s = Forward::points(src, dst, h, spec, scratch); s != zepStsNoErr) {
+        return s;
+    }
+    foldReal(dst, spec);
+    return zepStsNoErr;
+}
+
+ZepStatus transformReal(const float* src, float* dst, const DFTSpecR32f& spec, Zep8u* buffer) {
+    const int len = spec.len;
+    const bool scaled = spec.scaleForward != 0;
+    if (len <= kDirectMaxLength) {
+        directReal(src, dst, len, scaled ? spec.scale : 1.0f);
+        return zepStsNoErr;
+    }
+    const fft::Scratch scratch(buffer, spec.workSize);
+    if (scratch.missing()) return zepStsMemAllocErr;
+    if (spec.usesFFT)
+        return ZEP_VARIANT::zepsFFTFwd_RToPerm_32f(
+            src, dst, static_cast<const FFTSpecR32f*>(spec.fftSpec), scratch.as<Zep8u>());
+    float* work = scratch.as<float>();
+    const ZepStatus s =
+        len % 2 != 0 ? transformOdd(src, dst, spec, work) : transformEven(src, dst, spec, work);
+    if (s == zepStsNoErr && scaled) multiplyBy(spec.scale, dst, len);
+    return s;
+}
+
+}  // namespace
+
+template struct Run<Direction::Forward, float>;
+template struct Run<Direction::Inverse, float>;
+template struct Run<Direction::Forward, double>;
+template struct Run<Direction::Inverse, double>;
+
+}  // namespace zep::ZEP_VARIANT::dft
+
+namespace zep::ZEP_VARIANT {
+
+ZepStatus zepsDFTFwd_CToC_32fc(const Zep32fc* pSrc, Zep32fc* pDst, const DFTSpecC32fc* pSpec,
+                               Zep8u* pBuffer) {
+    return dft::transform<dft::Direction::Forward>(pSrc, pDst, pSpec, pBuffer);
+}
+ZepStatus zepsDFTInv_CToC_32fc(const Zep32fc* pSrc, Zep32fc* pDst, const DFTSpecC32fc* pSpec,
+                               Zep8u* pBuffer) {
+    return dft::transform<dft::Direction::Inverse>(pSrc, pDst, pSpec, pBuffer);
+}
+ZepStatus zepsDFTFwd_CToC_64fc(const Zep64fc* pSrc, Zep64fc* pDst, const DFTSpecC64fc* pSpec,
+                               Zep8u* pBuffer) {
+    return dft::transform<dft::Direction::Forward>(pSrc, pDst, pSpec, pBuffer);
+}
+ZepStatus zepsDFTFwd_RToPerm_32f(const Zep32f* pSrc, Zep32f* pDst, const DFTSpecR32f* pSpec,
+                                 Zep8u* pBuffer) {
+    if (pSpec == nullptr) return zepStsNullPtrErr;
+    if (pSpec->magic != static_cast<std::int32_t>(DftKind::Real)) return zepStsContextMatchErr;
+    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    return dft::transformReal(pSrc, pDst, *pSpec, pBuffer);
+}
+
+}  // namespace zep::ZEP_VARIANT

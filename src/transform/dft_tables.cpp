@@ -1,0 +1,234 @@
+#include "transform/dft_tables.h"
+
+#include <cmath>
+
+#include "transform/dft_odd.h"
+#include "transform/dft_passes.h"
+#include "transform/dft_real.h"
+
+namespace zep::ZEP_VARIANT::dft {
+
+// Computed is an eighth of the circle, a quarter or a half, as the length divides; the rest follows
+// by symmetry.
+template <class T>
+Roots<T>::Roots(std::int64_t T0) : length_(T0), w_(allocate<T>(2 * static_cast<std::size_t>(T0))) {
+    if (w_ == nullptr) return;
+    const std::int64_t N = length_;
+    const long double step = 6.283185307179586476925286766559L / static_cast<long double>(N);
+    const std::int64_t computed = N % 4 == 0 ? N / 8 : N % 2 == 0 ? N / 4 : N / 2;
+    for (std::int64_t k = 0; k <= computed; ++k) {
+        const auto angle = static_cast<double>(static_cast<long double>(k) * step);
+        w_[2 * k] = static_cast<T>(std::cos(angle));
+        w_[2 * k + 1] = static_cast<T>(0.0 - std::sin(angle));
+    }
+    if (N % 4 == 0)
+        for (std::int64_t k = N / 8 + 1; k <= N / 4; ++k) {
+            w_[2 * k] = -w_[2 * (N / 4 - k) + 1];
+            w_[2 * k + 1] = -w_[2 * (N / 4 - k)];
+        }
+    if (N % 2 == 0)
+        for (std::int64_t k = N / 4 + 1; k <= N / 2; ++k) {
+            w_[2 * k] = -w_[2 * (N / 2 - k)];
+            w_[2 * k + 1] = w_[2 * (N / 2 - k) + 1];
+        }
+    for (std::int64_t k = N / 2 + 1; k < N; ++k) {
+        w_[2 * k] = w_[2 * (N - k)];
+        w_[2 * k + 1] = -w_[2 * (N - k) + 1];
+    }
+}
+
+namespace {
+
+// W of r points stands every `stride` roots.
+template <class T>
+bool buildOdd(T*& table, int r, const Roots<T>& roots) {
+    table = allocate<T>(oddTableScalars(r));
+    if (table == nullptr) return false;
+    const std::int64_t stride = roots.length() / r;
+    T* out = table;
+    for (int j = 1; j <= (r - 1) / 2; ++j)
+        for (int k = 1; k <= (r - 1) / 2; ++k, out += 2) {
+            const std::int64_t i = std::int64_t{j} * k % r * stride;
+            out[0] = roots.re(i);
+            out[1] = -roots.im(i);
+        }
+    return true;
+}
+
+// W(k * (column + firstColumn)) of radix * s points for legs k = 1 .. radix-1 of each vector.
+template <class T>
+bool buildTwiddles(T*& table, int radix, std::int64_t s, std::int64_t columns,
+                   std::int64_t firstColumn, const Roots<T>& roots) {
+    const std::int64_t step = roots.length() / (radix * s);
+    bool made = true;
+    withColumnVector<T>(columns, [&]<class V>(V) {
+        constexpr int W = V::lanes;
+        const std::int64_t vectors = vectorsOf(columns, W);
+        // A table of nothing is still one: one column more than none.
+        table = allocate<T>(static_cast<std::size_t>(vectors * (radix - 1) * 2 * W + 1));
+        made = table != nullptr;
+        if (!made) return;
+        T* out = table;
+        for (std::int64_t v = 0; v < vectors; ++v)
+            for (int k = 1; k < radix; ++k, out += 2 * W)
+                for (int slot = 0; slot < W; ++slot) {
+                    const std::int64_t q =
+                        firstColumn + vectorBegin(v, columns, W) + slotElementOf<V>(slot);
+                    out[slot] = roots.re(k * q * step);
+                    out[slot + W] = roots.im(k * q * step);
+                }
+    });
+    return made;
+}
+
+constexpr int kBreadth = 2000;  // points that the nearest cache holds
+
+template <class T>
+void fillRecords(DftObject<T>& spec, int len, const Factors& factors) {
+    spec.mixedRadix = 1;
+    spec.lastFactor = factors.count - 1;
+    std::int32_t p = 1, n = len, blocks = 1;
+    for (int i = 0; i < factors.count; ++i) {
+        DftFactor<T>& f = spec.factors[i];
+        f.radix = factors.radix[i];
+        f.blockCount = blocks;
+        blocks = n > kBreadth ? 1 : blocks * f.radix;
+        n /= f.radix;
+        f.subLength = n;
+        f.stride = p;
+        p *= f.radix;
+    }
+}
+
+template <class T>
+bool buildOddTables(DftObject<T>& spec, const Factors& factors, const Roots<T>& roots) {
+    for (int i = 0; i <= factors.count; ++i) {
+        const int r = i < factors.count ? factors.radix[i] : factors.first;
+        if (!isGeneric(r)) continue;
+        if (i > 0 && factors.radix[i - 1] == r)
+            spec.factors[i].oddTable = spec.factors[i - 1].oddTable;
+        else if (!buildOdd(spec.factors[i].oddTable, r, roots))
+            return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+template <class T>
+bool buildPasses(DftObject<T>& spec, int len, const Factors& factors, const Roots<T>& roots) {
+    fillRecords(spec, len, factors);
+    if (!buildOddTables(spec, factors, roots)) return false;
+    for (int i = 0; i < factors.count; ++i) {
+        DftFactor<T>& f = spec.factors[i];
+        if (!buildTwiddles<T>(f.twiddles, f.radix, f.subLength, f.subLength, 0, roots))
+            return false;
+    }
+    return true;
+}
+
+// Column 0 has no twiddles, and the upper half of the columns is conjugate to the lower.
+bool buildRealPasses(DftObject<float>& spec, const Factors& factors, const Roots<float>& roots) {
+    fillRecords(spec, spec.len, factors);
+    if (!buildOddTables(spec, factors, roots)) return false;
+    for (int i = 0; i < factors.count; ++i) {
+        DftFactor<float>& f = spec.factors[i];
+        if (!buildTwiddles<float>(f.twiddles, f.radix, f.subLength, (f.subLength - 1) / 2, 1,
+                                  roots))
+            return false;
+    }
+    return true;
+}
+
+template <class T>
+bool buildDirect(DftObject<T>& spec, int len, const Roots<T>& roots) {
+    spec.directTable = allocate<T>(directTableScalars<T>(len));
+    if (spec.directTable == nullptr) return false;
+    const std::int64_t stride = roots.length() / len;
+    const std::ptrdiff_t padded = paddedPairs<T>(len);
+    T* out = spec.directTable;
+    for (int k = 1; k <= (len - 1) / 2; ++k, out += 2 * padded)
+        for (std::ptrdiff_t j = 0; j < padded; ++j) {
+            const std::int64_t i = (j + 1) * k % len * stride;
+            out[j] = roots.re(i);
+            out[j + padded] = -roots.im(i);
+        }
+    return true;
+}
+
+// k = 1, 2 ..: cos/2 and (1 - sin)/2; unfolding: cos and -sin. In vectors of the fold.
+bool buildFold(DftObject<float>& spec, const Roots<float>& roots) {
+    const std::int64_t N = spec.len, count = foldCount(spec.len);
+    spec.foldTwiddles = allocate<float>(static_cast<std::size_t>(2 * foldCapacity(spec.len)));
+    spec.unfoldTwiddles = allocate<float>(static_cast<std::size_t>(2 * foldCapacity(spec.len)));
+    if (spec.foldTwiddles == nullptr || spec.unfoldTwiddles == nullptr) return false;
+    const std::int64_t stride = roots.length() / N;
+    withColumnVector<float>(count, [&]<class V>(V) {
+        constexpr int W = V::lanes;
+        float* fold = spec.foldTwiddles;
+        float* unfold = spec.unfoldTwiddles;
+        for (std::int64_t v = 0; v < vectorsOf(count, W); ++v, fold += 2 * W, unfold += 2 * W)
+            for (int slot = 0; slot < W; ++slot) {
+                const std::int64_t k = 1 + vectorBegin(v, count, W) + slotElementOf<V>(slot);
+                const float re = roots.re(k * stride), im = roots.im(k * stride);
+                fold[slot] = 0.5f * re;
+                fold[slot + W] = 0.5f + 0.5f * im;
+                unfold[slot] = re;
+                unfold[slot + W] = im;
+            }
+    });
+    return true;
+}
+
+// exp(-i*pi*n^2/len) is root n^2 of 2*len; squares differ by 2n + 1.
+template <class T>
+bool buildChirp(DftObject<T>& spec, int len, const Roots<T>& roots) {
+    spec.chirp = allocate<T>(2 * static_cast<std::size_t>(len));
+    spec.chirpSpectrum = allocate<T>(2 * static_cast<std::size_t>(spec.convLen));
+    if (spec.chirp == nullptr || spec.chirpSpectrum == nullptr) return false;
+    const std::int64_t turn = 2 * std::int64_t{len}, stride = roots.length() / turn;
+    std::int64_t square = 0;
+    for (std::int64_t n = 0; n < len; ++n) {
+        spec.chirp[2 * n] = roots.re(square * stride);
+        spec.chirp[2 * n + 1] = roots.im(square * stride);
+        square += 2 * n + 1;
+        if (square >= turn) square -= turn;
+    }
+    T* c = spec.chirpSpectrum;
+    const std::int64_t M = spec.convLen;
+    for (std::int64_t n = 0; n < 2 * M; ++n) c[n] = 0;
+    for (std::int64_t n = 0; n < len; ++n) {
+        c[2 * n] = spec.chirp[2 * n];
+        c[2 * n + 1] = -spec.chirp[2 * n + 1];
+    }
+    for (std::int64_t n = 1; n < len; ++n) {
+        c[2 * (M - n)] = c[2 * n];
+        c[2 * (M - n) + 1] = c[2 * n + 1];
+    }
+    return true;
+}
+
+template <class T>
+std::size_t mixedRadixScratch(int len, const Factors& factors) {
+    int maxOdd = isGeneric(factors.first) ? factors.first : 0, n = len;
+    for (int i = 0; i < factors.count; ++i) {
+        const int r = factors.radix[i];
+        n /= r;
+        const int odd = !isGeneric(r) ? 0 : n % 4 == 0 ? 4 * r : r;
+        if (odd > maxOdd) maxOdd = odd;
+    }
+    return (static_cast<std::size_t>(maxOdd) + static_cast<std::size_t>(len)) * 2 * sizeof(T) + 64;
+}
+
+template class Roots<float>;
+template class Roots<double>;
+template bool buildPasses(DftObject<float>&, int, const Factors&, const Roots<float>&);
+template bool buildPasses(DftObject<double>&, int, const Factors&, const Roots<double>&);
+template bool buildDirect(DftObject<float>&, int, const Roots<float>&);
+template bool buildDirect(DftObject<double>&, int, const Roots<double>&);
+template bool buildChirp(DftObject<float>&, int, const Roots<float>&);
+template bool buildChirp(DftObject<double>&, int, const Roots<double>&);
+template std::size_t mixedRadixScratch<float>(int, const Factors&);
+template std::size_t mixedRadixScratch<double>(int, const Factors&);
+
+}  // namespace zep::ZEP_VARIANT::dft

@@ -1,0 +1,138 @@
+// Values of the transforms of any length: bins by the definition, energy for all the others, and the
+// same bits wherever the arrays lie.
+#include "support/sweep.h"
+#include "transform/dft_support.h"
+
+namespace zep::test {
+namespace {
+
+class DftValues : public VariantTest {};
+
+// The root mean square error is at most 1.3 units times sqrt(log2 N), a unit being 2^-24 or 2^-53 of
+// the spectrum's norm; two dozen values of it may come out at 1.6 times their deviation.
+double errorBound(double unit, int N) {
+    return 1.6 * 1.3 * unit * std::sqrt(std::log2(std::max(N, 2)));
+}
+
+template <class Kind>
+void matchesTheDefinition(int N, int flag) {
+    using T = typename Kind::Element;
+    constexpr bool inverse = std::is_same_v<Kind, DftInverse>;
+    SCOPED_TRACE(testing::Message() << "len " << N << " flag " << flag);
+    const Dft<Kind> dft(N, flag);
+    const auto len = static_cast<std::size_t>(N);
+    std::vector<T> x(len);
+    fillRandom(x);
+    // Scratch of exactly the bytes asked for, at an odd address, as are source and destination.
+    GuardedBuffer<T> src(N, Edge::Front, 1), dst(N, Edge::Back, 1), both(N, Edge::Back);
+    GuardedBuffer<Zep8u> scratch(dft.scratchBytes(), Edge::Back);
+    std::memcpy(src.data(), x.data(), len * sizeof(T));
+    std::memcpy(both.data(), x.data(), len * sizeof(T));
+    ASSERT_EQ(Kind::forward(src.data(), dst.data(), dft.spec(), scratch.data()), zepStsNoErr);
+    ASSERT_EQ(Kind::forward(both.data(), both.data(), dft.spec(), nullptr), zepStsNoErr);
+    std::vector<T> X(len);
+    std::memcpy(X.data(), dst.data(), len * sizeof(T));
+    ASSERT_TRUE(sameBits(both.data(), X.data(), len)) << "in place";
+    ASSERT_EQ(std::memcmp(src.data(), x.data(), len * sizeof(T)), 0) << "the source has changed";
+
+    const bool scales =
+        flag == ZEP_FFT_SCALE_SQRT || flag == (inverse ? ZEP_FFT_SCALE_INV : ZEP_FFT_SCALE_FWD);
+    const long double factor = !scales                      ? 1
+                               : flag == ZEP_FFT_SCALE_SQRT ? 1 / std::sqrt(static_cast<long double>(N))
+                                                            : 1 / static_cast<long double>(N);
+    long double energy = 0, spectrum = 0, difference = 0;
+    for (const T& v : x) energy += std::norm(toExtended(v));
+    for (std::size_t k = 0; k < len; ++k)
+        spectrum += std::norm(computedBin(X.data(), len, k) / factor);
+    const double bound = errorBound(Kind::unit, N) + (scales ? 0x1p-21 : 0);
+    EXPECT_NEAR(static_cast<double>(spectrum / (energy * N)), 1, 3 * bound);
+
+    const Definition definition(len);
+    const std::size_t step = std::max<std::size_t>(1, len / 12);
+    int bins = 0;
+    for (std::size_t k = 0; k < len; k += len <= 48 ? 1 : 1 + rng()() % (2 * step), ++bins)
+        difference +=
+            std::norm(computedBin(X.data(), len, k) / factor - definition.bin(x, k, inverse));
+    EXPECT_LE(static_cast<double>(std::sqrt(difference / (bins * energy))), bound);
+}
+
+void allKindsMatch(int N) {
+    static constexpr int kAll[] = {1, 2, 4, 8};
+    matchesTheDefinition<DftComplex>(N, kAll[N % 4]);
+    matchesTheDefinition<DftInverse>(N, kAll[N / 2 % 4]);
+    matchesTheDefinition<DftDouble>(N, kAll[N / 3 % 4]);
+    matchesTheDefinition<DftReal>(N, kAll[N % 4]);
+}
+
+TEST_P(DftValues, EveryShortLengthMatchesTheDefinition) {
+    for (int N = 1; N <= 160; N += N < 100 ? 1 : thinStep(5)) {
+        allKindsMatch(N);
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST_P(DftValues, LongerLengthsMatchTheDefinition) {
+    for (int N = 161; N <= 4096; N += thin() ? 787 : 13) {
+        allKindsMatch(N);
+        if (HasFatalFailure()) return;
+    }
+}
+
+// Generic radices and every fixed one, deep factorisations, powers of two, primes and products of
+// two large ones, on either side of each limit.
+TEST_P(DftValues, EachRouteMatchesTheDefinition) {
+    for (const int N : {243,  289,  298,  360,  529,  596,  600,  961,  1000, 1009, 1331, 1849,
+                        2000, 2048, 2187, 2197, 2401, 3125, 3127, 4099, 7921, 8192, 8191, 11881}) {
+        if (thin() && N > 2500) continue;
+        allKindsMatch(N);
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST_P(DftValues, LongTransformsMatchTheDefinition) {
+    for (const int N : {44100, 65537, 100000}) {
+        if (thin()) continue;
+        matchesTheDefinition<DftComplex>(N, 8);
+        matchesTheDefinition<DftReal>(N - 1, 1);
+        matchesTheDefinition<DftReal>(N | 1, 8);
+    }
+}
+
+TEST_P(DftValues, ThreePointsGiveTheSumsByHand) {
+    const Zep32f x[3] = {1, 2, 4};
+    Zep32f X[3];
+    ASSERT_EQ(zepsDFTFwd_RToPerm_32f(x, X, Dft<DftReal>(3).spec(), nullptr), zepStsNoErr);
+    EXPECT_EQ(X[0], 7);
+    EXPECT_EQ(X[1], -2);
+    EXPECT_FLOAT_EQ(X[2], -0.8660254f * (2 - 4));
+}
+
+// exp(-i*pi*n^2/N) is the same forward and backward: the inverse is the forward transform read
+// backwards, bit for bit.
+TEST_P(DftValues, TheInverseOfAChirpIsItsForwardTransformReversed) {
+    const Dft<DftComplex> dft(53);
+    std::vector<Zep32fc> x(53), X(53), Y(53);
+    fillRandom(x);
+    ASSERT_EQ(zepsDFTFwd_CToC_32fc(x.data(), X.data(), dft.spec(), nullptr), zepStsNoErr);
+    ASSERT_EQ(zepsDFTInv_CToC_32fc(x.data(), Y.data(), dft.spec(), nullptr), zepStsNoErr);
+    std::reverse(Y.begin() + 1, Y.end());
+    EXPECT_TRUE(sameBits(X.data(), Y.data(), 53));
+}
+
+TEST_P(DftValues, ForwardAndInverseRestoreTheSignal) {
+    for (const int N : {1, 3, 16, 17, 18, 53, 64, 2187}) {
+        const Dft<DftComplex> dft(N, ZEP_FFT_SCALE_INV);
+        std::vector<Zep32fc> x(static_cast<std::size_t>(N)), y = x;
+        fillRandom(x);
+        ASSERT_EQ(zepsDFTFwd_CToC_32fc(x.data(), y.data(), dft.spec(), nullptr), zepStsNoErr);
+        ASSERT_EQ(zepsDFTInv_CToC_32fc(y.data(), y.data(), dft.spec(), nullptr), zepStsNoErr);
+        ErrorNorm error;
+        error.add(y.data(), toDouble(x.data(), x.size()));
+        EXPECT_LE(error.rms(), 2 * errorBound(0x1p-24, N) + 0x1p-23) << "len " << N;
+    }
+}
+
+ZEP_FOR_EACH_VARIANT(DftValues);
+
+}  // namespace
+}  // namespace zep::test

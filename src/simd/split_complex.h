@@ -65,12 +65,25 @@ constexpr int elementSlot(int element) {
     return slot;
 }
 
+// Two vectors of pairs, apart.
+template <class V>
+[[gnu::always_inline]] inline SplitComplex<V> splitPairs(V a, V b) {
+    return {shuffle(a, b, [](int s) { return 2 * slotElement<V>(s); }),
+            shuffle(a, b, [](int s) { return 2 * slotElement<V>(s) + 1; })};
+}
+
 // Interleaved memory of V::lanes complex elements, any address.
 template <class V>
 [[gnu::always_inline]] inline SplitComplex<V> loadInterleaved(const typename V::Scalar* p) {
-    const V a = V::load(p), b = V::load(p + V::lanes);
-    return {shuffle(a, b, [](int s) { return 2 * slotElement<V>(s); }),
-            shuffle(a, b, [](int s) { return 2 * slotElement<V>(s) + 1; })};
+    return splitPairs(V::load(p), V::load(p + V::lanes));
+}
+// n of them, 0 < n <= V::lanes; the others are 0.
+template <class V>
+[[gnu::always_inline]] inline SplitComplex<V> loadInterleavedPartial(const typename V::Scalar* p,
+                                                                     int n) {
+    constexpr int W = V::lanes;
+    if (2 * n <= W) return splitPairs(V::loadPartial(p, 2 * n), V::zero());
+    return splitPairs(V::load(p), V::loadPartial(p + W, 2 * n - W));
 }
 template <class V>
 [[gnu::always_inline]] inline void storeInterleaved(SplitComplex<V> x, typename V::Scalar* p) {

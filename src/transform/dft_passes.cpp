@@ -6,8 +6,8 @@ namespace zep::ZEP_VARIANT::dft {
 namespace {
 
 // The R values of each lane in a row, from out on: lane n of x goes to out + 2*R*n. Rows are written
-// in 32-byte pieces in ascending order, the last of which reach into the next row; exact makes up
-// for the very last.
+// in 32-byte pieces in ascending order, the last of which reach into the next row: less than a
+// piece behind the very last one is written too.
 template <int R, class V>
 [[gnu::always_inline]] inline void storeRows(const simd::SplitComplex<V> (&x)[R],
                                              typename V::Scalar* out) {
@@ -53,19 +53,20 @@ void firstStage(const T* in, T* out, std::ptrdiff_t groups) {
         butterfly<D, R>(x);
         storeRows<R>(x, out + 2 * R * g);
     }
-    // The last vector, in a copy: nothing may be touched behind the arrays.
-    const std::ptrdiff_t rest = groups - g;
-    T rows[2 * R * W + kMargin], points[R][2 * W] = {};
-#pragma GCC unroll 16
-    for (int k = 0; k < R; ++k)
-        __builtin_memcpy(points[k], in + 2 * (g + k * groups),
-                         static_cast<std::size_t>(2 * rest) * sizeof(T));
+    // The last vector: nothing may be touched behind the arrays.
+    const int rest = static_cast<int>(groups - g);
+    alignas(64) T rows[2 * R * W + kMargin];
     C x[R];
 #pragma GCC unroll 16
-    for (int k = 0; k < R; ++k) x[k] = simd::loadInterleaved<V>(points[k]);
+    for (int k = 0; k < R; ++k)
+        x[k] = simd::loadInterleavedPartial<V>(in + 2 * (g + k * groups), rest);
     butterfly<D, R>(x);
     storeRows<R>(x, rows);
-    __builtin_memcpy(out + 2 * R * g, rows, static_cast<std::size_t>(2 * R * rest) * sizeof(T));
+    const int count = 2 * R * rest;
+    T* to = out + 2 * R * g;
+    int i = 0;
+    for (; i + V::lanes <= count; i += V::lanes) V::load(rows + i).store(to + i);
+    if (i < count) V::load(rows + i).storePartial(to + i, count - i);
 }
 
 template <Direction D, class T>

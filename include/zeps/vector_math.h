@@ -14,8 +14,8 @@
  *   with the sticky flags of the run added.
  * - Variants agree within the class, not in bits: wider ones fuse products with sums and keep their
  *   tables in registers.
- * - Statuses, tested in this order: zepStsNullPtrErr (any pointer null), zepStsSizeErr (len not
- *   greater than 0); nothing has been written then. A special element does not stop the others: all
+ * - Statuses, tested in this order (but for complex powers): zepStsNullPtrErr (any pointer null),
+ *   zepStsSizeErr (len not greater than 0); nothing has been written then. A special element does not stop the others: all
  *   are computed, and the call returns the warning of the last special one (zepsLn_32f_I: of the
  *   first), with the processor's sticky flag to match. NaN gives a quiet NaN and no warning.
  * - No function allocates; all may run on several threads at once on different data.
@@ -153,6 +153,29 @@ ZEP_API ZepStatus zepsSinCos_32f_A24(const Zep32f* pSrc, Zep32f* pDstSin, Zep32f
 ZEP_API ZepStatus zepsPow_32f_A24(const Zep32f* pSrc1, const Zep32f* pSrc2, Zep32f* pDst,
                                   Zep32s len);
 ZEP_API ZepStatus zepsPowx_32f_A24(const Zep32f* pSrc, Zep32f val, Zep32f* pDst, Zep32s len);
+/** @} */
+
+/**
+ * @name Complex power
+ * pDst[n] = pSrc1[n] to the power pSrc2[n], or pSrc[n] to the power val: exp(w ln z) with the
+ * principal logarithm, each part within 1 ULP, but where it cancels: what a double precision product
+ * w ln z rounds off (2^-53 of its larger term) remains as an absolute error of modulus and angle,
+ * which shows where a part is that much smaller than the modulus, or w that large.
+ *
+ * No special value raises a status: ln of 0 has minus infinity as its real part and ln of an infinite
+ * z plus infinity, and the result follows from product and exponential; a NaN in z or w gives NaN,
+ * with the exponential's own zeros and infinities. A denormal part sets the underflow flag.
+ *
+ * @param pSrc1  len bases.
+ * @param pSrc2  len exponents.
+ * @param pDst   len elements.
+ * @param len    elements.
+ * @return       zepStsSizeErr (len is tested first), zepStsNullPtrErr; else zepStsNoErr.
+ * @{
+ */
+ZEP_API ZepStatus zepsPow_32fc_A24(const Zep32fc* pSrc1, const Zep32fc* pSrc2, Zep32fc* pDst,
+                                   Zep32s len);
+ZEP_API ZepStatus zepsPowx_32fc_A24(const Zep32fc* pSrc, Zep32fc val, Zep32fc* pDst, Zep32s len);
 /** @} */
 
 #ifdef __cplusplus

@@ -36,13 +36,12 @@ unsigned __int128 twoOverPiFrom(int from) {
     return static_cast<unsigned __int128>(joined(word)) << 64 | joined(word + 1);
 }
 
-// x = m 2^e with m of 24 bits, e >= -6. Bits of 2/pi worth 4 or more after the product with 2^e are
-// whole turns. What is behind the 128 bits kept is below 2^-100 of a turn; no single precision
-// number comes closer to a multiple of pi/2 than 2^-30 or so.
-Reduced withoutTurns(Zep32f x) {
-    const std::uint32_t bits = bitsOf(x);
-    const int e = static_cast<int>(bits >> 23 & 255) - 150;
-    const std::uint32_t m = (bits & 0x7FFFFF) | 0x800000;
+// x = m 2^e with m of 53 bits, -35 <= e <= 100. Bits of 2/pi worth 4 or more after the product with
+// 2^e are whole turns. What is behind the 128 bits kept is below 2^-73 of a quarter turn.
+Reduced withoutTurns(double x) {
+    const std::uint64_t bits = bitsOf(x);
+    const int e = static_cast<int>(bits >> 52 & 2047) - 1075;
+    const std::uint64_t m = (bits & 0x000F'FFFF'FFFF'FFFF) | 0x0010'0000'0000'0000;
     // window * 2^-(from + 128) approximates the part of 2/pi in use, so that m * window, modulo
     // 2^128, has its point below the two top bits.
     const int from = e - 2;
@@ -60,22 +59,22 @@ Reduced withoutTurns(Zep32f x) {
     const double left = static_cast<double>(high - static_cast<std::int64_t>(leading)) +
                         static_cast<double>(lowBits) * 0x1p-64;
     Reduced result = {leading * scale, left * scale, quadrant & 3};
-    if (isNegative(x)) result = {-result.r, -result.low, -result.quadrant & 3};
+    if (x < 0.0) result = {-result.r, -result.low, -result.quadrant & 3};
     return result;
 }
 
 }  // namespace
 
-SinCosPair accurateSinCos(Zep32f single) {
-    double x = static_cast<double>(single), low = 0.0;
+SinCosPair accurateSinCos(double x) {
+    double low = 0.0;
     int whole = 0;  // in steps of pi/32
     const auto exponent = static_cast<int>(bitsOf(x) >> 52 & 2047);
     if (exponent < 771) {
-        if (single == 0.0f) return {x, 1.0};
+        if (x == 0.0) return {x, 1.0};
         return {(0x1p55 * x - x) * 0x1p-55, 1.0 - x};
     }
     if (exponent >= 1040) {
-        const Reduced reduced = withoutTurns(single);
+        const Reduced reduced = withoutTurns(x);
         x = reduced.r;
         low = reduced.low;
         whole = 16 * reduced.quadrant;

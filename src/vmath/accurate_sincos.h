@@ -1,15 +1,13 @@
 // Sine and cosine of one number in double precision, for any argument.
 #pragma once
 
-#include "zepcore.h"
-
 namespace zep::ZEP_VARIANT::vmath {
 
 struct SinCosPair {
     double sin, cos;
 };
 
-// x a finite single precision number; relative error of each part below 2^-48.
-SinCosPair accurateSinCos(Zep32f x);
+// |x| below 2^150. Each part within 2^-48 of it, and for single precision numbers relatively.
+SinCosPair accurateSinCos(double x);
 
 }  // namespace zep::ZEP_VARIANT::vmath

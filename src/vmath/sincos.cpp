@@ -21,7 +21,7 @@ struct SinCosKernel {
     }
     void exact(Zep32f* y, ZepStatus& status, Zep32f x) const {
         if (isFinite(x)) {
-            const auto [sin, cos] = accurateSinCos(x);
+            const auto [sin, cos] = accurateSinCos(static_cast<double>(x));
             y[0] = static_cast<Zep32f>(sin);
             y[1] = static_cast<Zep32f>(cos);
         } else if (isNan(x)) {

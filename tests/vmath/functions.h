@@ -42,7 +42,7 @@ inline const std::vector<MathFunction>& mathFunctions() {
     static const std::vector<MathFunction> all = {
         {"Exp_32f_A24", 1, 1, false, false,
          [](F x, F, float* y, float*, int n) { return zepsExp_32f_A24(x, y, n); },
-         [](double x, double) { return std::exp(x); }, nullptr, 0.76, 0, -20, 20},
+         [](double x, double) { return std::exp(x); }, nullptr, 0.8, 0, -20, 20},
         {"Exp_32f_I", 1, 1, false, true,
          [](F x, F, float* y, float*, int n) { return inPlaceOn(zepsExp_32f_I, x, y, n); },
          [](double x, double) { return std::exp(x); }, nullptr, 6, 0, -20, 20},

@@ -1,0 +1,18 @@
+// Peers of vector mathematics, at each level.
+#pragma once
+
+#include "support/peer_levels.h"
+
+namespace zep::bench {
+
+// What a peer lacks is null.
+struct MathPeers {
+    using One = void (*)(const float* x, const float* b, float* y, float* z, int n);
+    One exp, ln, log10, sinCosShort, sinCosLong, pow;
+};
+
+ZEP_PEER_TABLE(MathPeers, mathEigen)
+ZEP_PEER_TABLE(MathPeers, mathSleef)
+ZEP_PEER_TABLE(MathPeers, mathScalar)
+
+}  // namespace zep::bench

@@ -86,9 +86,9 @@ T reference(IntOp op, const T* a, const T* b, int n, int lanes) {
         case IntOp::SwapPairs:
             return a[n % 2 == 0 ? n + 1 : n - 1];
         case IntOp::InterleaveFront:
-            return (n % 2 == 0 ? a : b)[n / 2];
+            return n % 2 == 0 ? a[n / 2] : b[n / 2];
         case IntOp::InterleaveBack:
-            return (n % 2 == 0 ? a : b)[half + n / 2];
+            return n % 2 == 0 ? a[half + n / 2] : b[half + n / 2];
         case IntOp::AllEvens:
             return n < half ? a[2 * n] : b[2 * (n - half)];
         case IntOp::AllOdds:

@@ -15,6 +15,13 @@ namespace zep::test {
 inline constexpr float kInf = std::numeric_limits<float>::infinity();
 inline constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
+// At any address.
+inline float anyFloat(const float* p) {
+    float x;
+    std::memcpy(&x, p, sizeof x);
+    return x;
+}
+
 // y (and z) of x (and b, or the constant b[0]). In place functions work on y.
 struct MathFunction {
     const char* name;
@@ -71,7 +78,7 @@ inline const std::vector<MathFunction>& mathFunctions() {
          [](F x, F b, float* y, float*, int n) { return zepsPow_32f_A24(x, b, y, n); },
          [](double x, double b) { return std::pow(x, b); }, nullptr, 0.55, 0, 0.01, 20},
         {"Powx_32f_A24", 1, 1, true, false,
-         [](F x, F b, float* y, float*, int n) { return zepsPowx_32f_A24(x, b[0], y, n); },
+         [](F x, F b, float* y, float*, int n) { return zepsPowx_32f_A24(x, anyFloat(b), y, n); },
          [](double x, double b) { return std::pow(x, b); }, nullptr, 0.55, 0, 0.01, 20},
     };
     return all;

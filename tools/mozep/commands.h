@@ -18,6 +18,8 @@ void warn(const std::string& command, const std::string& message);
 
 void addGunzip(CLI::App& app);
 void addInfo(CLI::App& app);
+void addNoise(CLI::App& app);
 void addSpectrum(CLI::App& app);
+void addTone(CLI::App& app);
 
 }  // namespace mozep_program

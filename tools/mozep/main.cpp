@@ -68,7 +68,9 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     addGunzip(app);
     addInfo(app);
+    addNoise(app);
     addSpectrum(app);
+    addTone(app);
     try {
         app.parse(argc, argv);
         checkOutput();

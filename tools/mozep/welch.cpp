@@ -5,7 +5,8 @@
 #include <new>
 #include <numbers>
 #include <numeric>
-#include <stdexcept>
+
+#include "library_status.h"
 
 namespace mozep_program {
 namespace {
@@ -16,11 +17,6 @@ constexpr int kBlocksInFloat = 256;
 
 constexpr double kLowestPower = 1e-20;
 
-void check(ZepStatus status) {
-    if (status == zepStsMemAllocErr) throw std::bad_alloc();
-    if (status != zepStsNoErr) throw std::logic_error(zepGetStatusString(status));
-}
-
 float* allocate(int len) {
     float* block = zepsMalloc_32f(len);
     if (block == nullptr) throw std::bad_alloc();
@@ -29,7 +25,7 @@ float* allocate(int len) {
 
 FFTSpecR32f* makeSpec(int order) {
     FFTSpecR32f* spec = nullptr;
-    check(zepsFFTInitAlloc_R_32f(&spec, order, ZEP_FFT_SCALE_NONE, zepAlgHintNone));
+    requireSuccess(zepsFFTInitAlloc_R_32f(&spec, order, ZEP_FFT_SCALE_NONE, zepAlgHintNone));
     return spec;
 }
 
@@ -51,14 +47,14 @@ Welch::Welch(int order)
       squares_(allocate(N_)),
       sums_(static_cast<std::size_t>(N_)) {
     int bytes = 0;
-    check(zepsFFTGetBufSize_R_32f(spec_.get(), &bytes));
+    requireSuccess(zepsFFTGetBufSize_R_32f(spec_.get(), &bytes));
     scratch_.reset(allocate(bytes / 4 + 1));
     for (int n = 0; n < N_; ++n) {
         const double w = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * n / N_);
         window_.get()[n] = static_cast<float>(w);
         windowSum_ += w;
     }
-    check(zepsZero_32f(squares_.get(), N_));
+    requireSuccess(zepsZero_32f(squares_.get(), N_));
 }
 
 void Welch::add(std::span<const float> samples) {
@@ -66,7 +62,7 @@ void Welch::add(std::span<const float> samples) {
         const std::size_t room = static_cast<std::size_t>(N_ - filled_);
         const auto part = samples.first(std::min(samples.size(), room));
         const int count = static_cast<int>(part.size());
-        check(zepsCopy_32f(part.data(), samples_.get() + filled_, count));
+        requireSuccess(zepsCopy_32f(part.data(), samples_.get() + filled_, count));
         filled_ += count;
         unseen_ += count;
         samples = samples.subspan(part.size());
@@ -75,15 +71,15 @@ void Welch::add(std::span<const float> samples) {
 }
 
 void Welch::transformBlock(double windowSum) {
-    check(zepsMul_32f(samples_.get(), window_.get(), spectrum_.get(), N_));
-    check(zepsFFTFwd_RToPerm_32f(spectrum_.get(), spectrum_.get(), spec_.get(),
-                                 reinterpret_cast<Zep8u*>(scratch_.get())));
-    check(zepsAddProduct_32f(spectrum_.get(), spectrum_.get(), squares_.get(), N_));
+    requireSuccess(zepsMul_32f(samples_.get(), window_.get(), spectrum_.get(), N_));
+    requireSuccess(zepsFFTFwd_RToPerm_32f(spectrum_.get(), spectrum_.get(), spec_.get(),
+                                          reinterpret_cast<Zep8u*>(scratch_.get())));
+    requireSuccess(zepsAddProduct_32f(spectrum_.get(), spectrum_.get(), squares_.get(), N_));
     ++blocks_;
     weight_ += windowSum * windowSum;
     if (++unflushed_ == kBlocksInFloat) flush();
     const int kept = N_ / 2;
-    check(zepsMove_32f(samples_.get() + kept, samples_.get(), N_ - kept));
+    requireSuccess(zepsMove_32f(samples_.get() + kept, samples_.get(), N_ - kept));
     filled_ = N_ - kept;
     unseen_ = 0;
 }
@@ -91,7 +87,7 @@ void Welch::transformBlock(double windowSum) {
 void Welch::flush() {
     for (std::size_t n = 0; n < sums_.size(); ++n)
         sums_[n] += static_cast<double>(squares_.get()[n]);
-    check(zepsZero_32f(squares_.get(), N_));
+    requireSuccess(zepsZero_32f(squares_.get(), N_));
     unflushed_ = 0;
 }
 
@@ -99,7 +95,7 @@ void Welch::finish() {
     if (unseen_ > 0) {
         double filledSum = windowSum_;
         if (blocks_ > 0) filledSum = std::accumulate(window_.get(), window_.get() + filled_, 0.0);
-        check(zepsZero_32f(samples_.get() + filled_, N_ - filled_));
+        requireSuccess(zepsZero_32f(samples_.get() + filled_, N_ - filled_));
         transformBlock(filledSum);
         filledUp_ = true;
     }

@@ -191,13 +191,12 @@ template <Lane T, int N>
     } else if constexpr (sizeof(R) == 32 && !kHasAvx2) {
         // GCC takes the intrinsic for a choice by the integer sign of the mask, which AVX cannot
         // compare in 32 bytes, and goes through each lane by itself. It cannot see into this.
-        const auto x = bitsAs<__m256>(a.v), y = bitsAs<__m256>(b.v), mask = bitsAs<__m256>(m.m);
-        __m256 chosen;
+        R chosen;
         if constexpr (sizeof(T) == 8)
-            asm("vblendvpd %3, %2, %1, %0" : "=x"(chosen) : "x"(y), "x"(x), "x"(mask));
+            asm("vblendvpd %3, %2, %1, %0" : "=x"(chosen) : "x"(b.v), "x"(a.v), "x"(m.m));
         else
-            asm("vblendvps %3, %2, %1, %0" : "=x"(chosen) : "x"(y), "x"(x), "x"(mask));
-        return {bitsAs<R>(chosen)};
+            asm("vblendvps %3, %2, %1, %0" : "=x"(chosen) : "x"(b.v), "x"(a.v), "x"(m.m));
+        return {chosen};
     } else if constexpr (sizeof(R) == 32 && sizeof(T) == 4) {
         return {bitsAs<R>(
             _mm256_blendv_ps(bitsAs<__m256>(b.v), bitsAs<__m256>(a.v), bitsAs<__m256>(m.m)))};

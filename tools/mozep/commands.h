@@ -19,6 +19,7 @@ void warn(const std::string& command, const std::string& message);
 void addGunzip(CLI::App& app);
 void addInfo(CLI::App& app);
 void addNoise(CLI::App& app);
+void addSpeech(CLI::App& app);
 void addSpectrum(CLI::App& app);
 void addTone(CLI::App& app);
 

@@ -69,6 +69,7 @@ int main(int argc, char** argv) {
     addGunzip(app);
     addInfo(app);
     addNoise(app);
+    addSpeech(app);
     addSpectrum(app);
     addTone(app);
     try {

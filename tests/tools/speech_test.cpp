@@ -1,0 +1,195 @@
+// mozep speech, run as a program on the recommendations' tables and on coded speech.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "speech/data_files.h"
+#include "support/program.h"
+#include "tools/wav_file.h"
+#include "tools/wav_reader.h"
+
+namespace zep::test {
+namespace {
+
+using Codes = std::vector<std::uint8_t>;
+using Samples = std::vector<std::int16_t>;
+
+constexpr int kSpeechRate = 8000;
+
+struct Rate {
+    const char* name;
+    int bits;
+};
+constexpr Rate kRates[] = {{"16", 2}, {"24", 3}, {"32", 4}, {"40", 5}};
+
+// Bit by bit: the first code in the lowest bits of the first byte.
+std::string packed(const Codes& codes, int bits) {
+    const auto count = codes.size() * static_cast<std::size_t>(bits);
+    std::string bytes((count + 7) / 8, '\0');
+    for (std::size_t n = 0; n < count; ++n) {
+        const auto code = n / static_cast<std::size_t>(bits),
+                   bit = n % static_cast<std::size_t>(bits);
+        if ((codes[code] >> bit & 1) != 0)
+            bytes[n / 8] = static_cast<char>(bytes[n / 8] | 1 << n % 8);
+    }
+    return bytes;
+}
+
+std::string text(const Codes& codes) { return {codes.begin(), codes.end()}; }
+
+Samples times4(Samples samples) {
+    for (auto& x : samples) x = static_cast<std::int16_t>(4 * x);
+    return samples;
+}
+
+class Speech : public testing::Test {
+protected:
+    void SetUp() override {
+        directory_ = testing::TempDir() + "mozep_speech_" + std::to_string(getpid());
+        std::filesystem::create_directory(directory_);
+    }
+    void TearDown() override { std::filesystem::remove_all(directory_); }
+
+    std::string path(const std::string& name) const { return directory_ + "/" + name; }
+
+    void write(const std::string& name, const std::string& bytes) const {
+        std::ofstream(path(name), std::ios::binary) << bytes;
+    }
+
+    ProgramResult run(const std::string& action, const std::string& in,
+                      const std::vector<std::string>& options) const {
+        std::vector<std::string> arguments{ZEP_PROGRAM, "speech", action, path(in), path("out")};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return runProgram(arguments);
+    }
+
+    // What a run without a word writes.
+    std::string result(const std::string& action, const std::string& in,
+                       const std::vector<std::string>& options) const {
+        std::filesystem::remove(path("out"));
+        const ProgramResult result = run(action, in, options);
+        EXPECT_EQ(result.code, 0);
+        EXPECT_EQ(result.error, "");
+        EXPECT_EQ(result.out, "");
+        return fileContents(path("out"));
+    }
+    Samples decoded(const std::string& in, const std::vector<std::string>& options) const {
+        return wavSamples<std::int16_t>(result("decode", in, options), kSpeechRate);
+    }
+
+    // One line that says what went wrong, and no file.
+    void expectFailure(const std::string& action, const std::string& in,
+                       const std::vector<std::string>& options, const std::string& words,
+                       int code = 1) const {
+        const ProgramResult result = run(action, in, options);
+        EXPECT_EQ(result.code, code) << result.error;
+        EXPECT_EQ(result.out, "");
+        EXPECT_TRUE(result.error.starts_with("mozep speech: ")) << result.error;
+        EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
+        EXPECT_EQ(result.error.find('\n'), result.error.size() - 1) << result.error;
+        EXPECT_FALSE(std::filesystem::exists(path("out"))) << words;
+    }
+
+private:
+    std::string directory_;
+};
+
+TEST_F(Speech, CompandsAsTheTablesOfG711) {
+    for (const auto& [law, column] : {std::pair{"ulaw", 1}, std::pair{"alaw", 2}}) {
+        Codes codes;
+        Samples values;
+        for (const auto& row : readTable("g711_expand.csv")) {
+            codes.push_back(static_cast<std::uint8_t>(std::stoi(row[0])));
+            values.push_back(
+                static_cast<std::int16_t>(std::stoi(row[static_cast<std::size_t>(column)])));
+        }
+        ASSERT_EQ(codes.size(), 256u);
+        write("codes", text(codes));
+        EXPECT_EQ(decoded("codes", {"--codec", law}), values) << law;
+
+        if (column == 1) codes[127] = 255;  // the two zeros of mu-law
+        writeWav(path("in.wav"), values, kSpeechRate);
+        EXPECT_EQ(result("encode", "in.wav", {"--codec", law}), text(codes)) << law;
+        EXPECT_EQ(result("encode", "in.wav", {"--codec", law, "--unpacked"}), text(codes)) << law;
+    }
+}
+
+TEST_F(Speech, CodesSpeechAsG726) {
+    writeWav(path("in.wav"), times4(readWords("g726/front_center.lin14")), kSpeechRate);
+    for (const auto& [rate, bits] : kRates) {
+        const std::string name = std::string("g726/front_center_") + rate;
+        const std::string codec = std::string("g726-") + rate;
+        const Codes codes = readBytes(name + ".codes");
+        const Samples samples = times4(readWords(name + ".dec_lin14"));
+        ASSERT_GT(codes.size(), 4000u);  // more than a block
+
+        EXPECT_EQ(result("encode", "in.wav", {"--codec", codec, "--unpacked"}), text(codes));
+        write("unpacked", text(codes));
+        EXPECT_EQ(decoded("unpacked", {"--codec", codec, "--unpacked"}), samples);
+
+        EXPECT_EQ(result("encode", "in.wav", {"--codec", codec}), packed(codes, bits));
+        write("packed", packed(codes, bits));
+        EXPECT_EQ(decoded("packed", {"--codec", codec}), samples);
+    }
+}
+
+// Of lengths that fill the last byte to different parts.
+TEST_F(Speech, FillsTheLastByteWithZeros) {
+    const Samples all = times4(readWords("g726/front_center.lin14"));
+    for (const auto& [rate, bits] : kRates) {
+        const std::string codec = std::string("g726-") + rate;
+        Codes codes = readBytes(std::string("g726/front_center_") + rate + ".codes");
+        const Samples whole =
+            times4(readWords(std::string("g726/front_center_") + rate + ".dec_lin14"));
+        for (const int count : {1, 3, 6}) {
+            writeWav(path("in.wav"), Samples(all.begin(), all.begin() + count), kSpeechRate);
+            const std::string bytes = packed({codes.begin(), codes.begin() + count}, bits);
+            EXPECT_EQ(result("encode", "in.wav", {"--codec", codec}), bytes) << count;
+            write("packed", bytes);
+            const Samples samples = decoded("packed", {"--codec", codec});
+            EXPECT_EQ(samples.size(), bytes.size() * 8 / static_cast<std::size_t>(bits));
+            ASSERT_GE(samples.size(), static_cast<std::size_t>(count));
+            EXPECT_TRUE(std::equal(whole.begin(), whole.begin() + count, samples.begin())) << count;
+        }
+    }
+}
+
+TEST_F(Speech, TakesTheMeanOfChannelsAndLimitsFloats) {
+    writeWav(path("in.wav"), std::vector<float>{0.5F, 0.25F, 2.0F, 1.5F, -1.0F, -1.0F}, kSpeechRate,
+             2);
+    const ProgramResult encoded = run("encode", "in.wav", {"--codec", "ulaw"});
+    EXPECT_EQ(encoded.code, 0);
+    EXPECT_EQ(encoded.error, "mozep speech: warning: " + path("in.wav") +
+                                 ": the mean of its 2 channels was coded\n"
+                                 "mozep speech: warning: " +
+                                 path("in.wav") + ": 1 samples beyond full scale were limited\n");
+    std::filesystem::rename(path("out"), path("codes"));
+    // The values of mu-law next to 12288, 32767 and -32768.
+    EXPECT_EQ(decoded("codes", {"--codec", "ulaw"}), (Samples{12412, 32124, -32124}));
+}
+
+TEST_F(Speech, SaysWhatItCannotCode) {
+    constexpr int kWrongUsage = 2;
+    const std::vector<std::string> ulaw{"--codec", "ulaw"},
+        g726{"--codec", "g726-32", "--unpacked"};
+    expectFailure("encode", "none", ulaw, "No such file or directory");
+    expectFailure("decode", "none", ulaw, "No such file or directory");
+    expectFailure("decode", ".", ulaw, "is a directory");
+    write("empty", "");
+    expectFailure("encode", "empty", ulaw, "is empty");
+    expectFailure("decode", "empty", ulaw, "is empty");
+    write("text", "no sound at all, whatever the program thinks of it");
+    expectFailure("encode", "text", ulaw, "is no sound file that can be read");
+    expectFailure("decode", "text", g726, "byte 0 is no code of 4 bits");
+    writeWav(path("fast.wav"), Samples(100), 48000);
+    expectFailure("encode", "fast.wav", ulaw, "has 48000 Hz in place of 8000");
+    expectFailure("encode", "fast.wav", {}, "--codec", kWrongUsage);
+    expectFailure("encode", "fast.wav", {"--codec", "g726-48"}, "--codec", kWrongUsage);
+    expectFailure("recode", "fast.wav", ulaw, "ACTION", kWrongUsage);
+}
+
+}  // namespace
+}  // namespace zep::test

@@ -14,6 +14,7 @@
 #include "zeps/arithmetic.h"
 #include "zeps/complex.h"
 #include "zeps/conversion.h"
+#include "zeps/convolution.h"
 #include "zeps/deflate.h"
 #include "zeps/dft.h"
 #include "zeps/fft.h"

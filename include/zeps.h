@@ -18,6 +18,7 @@
 #include "zeps/deflate.h"
 #include "zeps/dft.h"
 #include "zeps/fft.h"
+#include "zeps/fir_double.h"
 #include "zeps/fixed_point.h"
 #include "zeps/generators.h"
 #include "zeps/memory.h"

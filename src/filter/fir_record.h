@@ -1,0 +1,92 @@
+// The record of every FIR filter: kinds, fields, and how one block of memory is divided among its
+// arrays.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/variant_exports.h"
+#include "simd/vec_fwd.h"
+
+namespace zep {
+
+// What a state filters; every operation tests it first.
+enum FirKinds : std::uint32_t {
+    idFIRMR_32f = 0x46493033,
+    idFIRMR_32fc = 0x46493034,
+    idFIR64f_32f = 0x46493137,
+    idFIRMR64f_32f = 0x46493139,
+};
+
+}  // namespace zep
+
+// The arrays hold samples or taps of the kind's own types. Plain data; the tables are laid out for
+// the vectors of the variant that built them.
+struct ZepFIRState {
+    std::uint32_t idFIR;
+    void* pTapsRev;        // pTapsRev[i] = tap L-1-i
+    void* pDlyLine;        // dlyLineLen past samples, oldest first, and room for new ones
+    std::int32_t tapsLen;  // L
+    std::int32_t upFactor;
+    std::int32_t splitCount;  // inputs that pass through the delay line at the start of a long call
+    std::int32_t downFactor;
+    std::int32_t headOutputs;  // outputs made from the delay line in a long call
+    void* pFFTSpec;            // null: no FFT path
+    void* pFFTTaps;
+    std::int32_t fftLen;  // -1: no FFT path
+    std::int32_t dlyLineIndex;
+    std::int32_t* pPhaseTable;  // first position of each group or row
+    void* pTapsTable;           // taps in the order in which the sums read them
+    std::int32_t rowLen;        // lines of a group, or taps of a row
+    std::int32_t kernelKind;
+    std::int32_t dlyLineLen;
+    void* pFFTBuf;
+    Zep8u* pFFTWork;
+    std::int32_t fftWorkSize;
+    void* pBlockBuf;
+    std::int32_t ownsMemory;
+    std::int32_t upPhase;
+    std::int32_t downPhase;
+    std::int32_t groups;  // groups of a period; 0: one row per output
+};
+
+namespace zep::ZEP_VARIANT::filter {
+
+// Counts the bytes of a block, each array on a cache line; the block begins on one too.
+class BlockPlan {
+public:
+    // Offset of an array of this many elements; its bytes stay clear of any overflow, since a
+    // block that no allocator could give is refused before it is used.
+    std::size_t add(std::size_t count, std::size_t elementBytes) {
+        const std::size_t at = bytes_;
+        if (count > kMost / elementBytes)
+            tooLarge_ = true;
+        else
+            bytes_ += (count * elementBytes + 63) & ~std::size_t{63};
+        if (bytes_ > kMost) tooLarge_ = true;
+        return at;
+    }
+    // Zeroed; null if memory is short.
+    char* allocate() const {
+        if (tooLarge_) return nullptr;
+        auto* block = reinterpret_cast<char*>(zepsMalloc_8u(static_cast<int>(bytes_)));
+        if (block != nullptr) __builtin_memset(block, 0, bytes_);
+        return block;
+    }
+
+private:
+    static constexpr std::size_t kMost = 0x7FFFFF00;
+    std::size_t bytes_ = (sizeof(ZepFIRState) + 63) & ~std::size_t{63};
+    bool tooLarge_ = false;
+};
+
+// The caller's delay line has its newest sample first, the state's its oldest.
+template <int kParts, class To, class From>
+inline void storeReversed(To* to, const From* from, std::ptrdiff_t len) {
+    for (std::ptrdiff_t n = 0; n < len; ++n)
+        for (int part = 0; part < kParts; ++part)
+            to[kParts * n + part] =
+                static_cast<To>(simd::readAny(from + kParts * (len - 1 - n) + part));
+}
+
+}  // namespace zep::ZEP_VARIANT::filter

@@ -85,6 +85,50 @@ TEST_F(Spectrum, PrintsEveryBinAsCsv) {
     }
 }
 
+// One tone in blocks of lengths that take different ways through the library.
+TEST_F(Spectrum, FindsTheSamePeakInBlocksOfAnyLength) {
+    const double Hz = 6010, level = -6.02;
+    writeWav(path("sine.wav"), sine(Hz, 0.5, 20000), kRate);
+    for (const auto& [N, route] : {std::pair{"1024", "power of two"},
+                                   {"1000", "small prime factors"},
+                                   {"1001", "small prime factors"},
+                                   {"1020", "generic factors"},
+                                   {"997", "chirp"},
+                                   {"1994", "chirp"}}) {
+        const ProgramResult result = run({path("sine.wav"), "--fft", N, "--peaks", "1"});
+        ASSERT_EQ(result.code, 0) << result.error;
+        const std::string line = std::string("\ntransform of ") + N + " points: " + route + "\n";
+        EXPECT_NE(result.out.find(line), std::string::npos) << result.out;
+        const auto rows = peakRows(result.out);
+        ASSERT_EQ(rows.size(), 1u) << N;
+        EXPECT_NEAR(rows[0].Hz, Hz, 0.1 * kRate / std::stod(N)) << N;
+        EXPECT_NEAR(rows[0].dBFS, level, 0.1) << N;
+    }
+}
+
+// All bins of an odd length, as of an even one in PrintsEveryBinAsCsv. A constant of a quarter adds
+// bin 0, which has no mirror image, and half its magnitude, twice for the mirror image, in bin 1.
+TEST_F(Spectrum, PrintsEveryBinOfAnOddLength) {
+    const int N = 997;
+    const double binHz = static_cast<double>(kRate) / N;
+    auto x = sine(200 * binHz, 0.5, N + 39 * 499);  // whole blocks alone
+    for (float& sample : x) sample += 0.25f;
+    writeWav(path("sine.wav"), x, kRate);
+    const ProgramResult result = run({path("sine.wav"), "--fft", std::to_string(N), "--csv"});
+    ASSERT_EQ(result.code, 0) << result.error;
+    const auto rows = csvRows(result.out);
+    ASSERT_EQ(rows.size(), 499u);
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+        EXPECT_NEAR(rows[k].Hz, binHz * static_cast<double>(k), 1e-5);
+        if (k == 200)
+            EXPECT_NEAR(rows[k].dBFS, -6.02, 0.01);
+        else if (k == 0 || k == 1 || k == 199 || k == 201)
+            EXPECT_NEAR(rows[k].dBFS, -12.04, 0.01) << k;
+        else
+            EXPECT_LT(rows[k].dBFS, -120) << k;
+    }
+}
+
 // A constant of half scale and an alternation of a quarter: the bins at both ends have no mirror
 // image, so that all of the amplitude is in them.
 TEST_F(Spectrum, MeasuresBothEndsOfTheBandByAmplitude) {
@@ -234,7 +278,8 @@ TEST_F(Spectrum, ShowsNamesInOneLine) {
 TEST_F(Spectrum, ExplainsItsMethodInTheHelp) {
     const ProgramResult result = run({"--help"});
     EXPECT_EQ(result.code, 0);
-    for (const char* word : {"Hann window", "overlap by half", "0 dBFS", "filled up with zeros"})
+    for (const char* word :
+         {"Hann window", "overlap by half", "0 dBFS", "filled up with zeros", "chirp"})
         EXPECT_NE(result.out.find(word), std::string::npos) << word;
 }
 
@@ -264,9 +309,9 @@ TEST_F(Spectrum, SaysWhatIsWrongWithTheArguments) {
     writeWav(path("sine.wav"), sine(1000, 1, 5000), kRate);
     constexpr int kUsage = 2;
     expectFailure({}, "FILE is required", kUsage);
-    for (const char* N :
-         {"0", "-8", "1000", "8", "8388608", "2147483648", "99999999999", "4096x", "x", ""})
-        expectFailure({path("sine.wav"), "--fft", N}, "no power of two from 16 to 4194304", kUsage);
+    for (const char* N : {"0", "-8", "15", "4194305", "8388608", "2147483648", "99999999999", "1e3",
+                          "4096x", "x", ""})
+        expectFailure({path("sine.wav"), "--fft", N}, "no whole number from 16 to 4194304", kUsage);
     expectFailure({path("sine.wav"), "--peaks", "0"}, "--peaks", kUsage);
     expectFailure({path("sine.wav"), "--frobnicate"}, "--frobnicate", kUsage);
     expectFailure({"--frobnicate"}, "--frobnicate", kUsage);
@@ -276,7 +321,7 @@ TEST_F(Spectrum, SaysWhatIsWrongWithTheArguments) {
 
 TEST_F(Spectrum, AcceptsTheShortestAndTheLongestBlock) {
     writeWav(path("sine.wav"), sine(3000, 1, 5000), kRate);
-    for (const char* N : {"16", "4194304"}) {
+    for (const char* N : {"16", "17", "4194304"}) {
         const ProgramResult result = run({path("sine.wav"), "--fft", N});
         EXPECT_EQ(result.code, 0) << result.error;
     }

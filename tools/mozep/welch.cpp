@@ -23,9 +23,9 @@ float* allocate(int len) {
     return block;
 }
 
-FFTSpecR32f* makeSpec(int order) {
-    FFTSpecR32f* spec = nullptr;
-    requireSuccess(zepsFFTInitAlloc_R_32f(&spec, order, ZEP_FFT_SCALE_NONE, zepAlgHintNone));
+DFTSpecR32f* makeSpec(int N) {
+    DFTSpecR32f* spec = nullptr;
+    requireSuccess(zepsDFTInitAlloc_R_32f(&spec, N, ZEP_FFT_SCALE_NONE, zepAlgHintNone));
     return spec;
 }
 
@@ -38,16 +38,16 @@ double hannLobe(double offset) {
 
 }  // namespace
 
-Welch::Welch(int order)
-    : N_(1 << order),
-      spec_(makeSpec(order)),
+Welch::Welch(int N)
+    : N_(N),
+      spec_(makeSpec(N)),
       window_(allocate(N_)),
       samples_(allocate(N_)),
       spectrum_(allocate(N_)),
       squares_(allocate(N_)),
       sums_(static_cast<std::size_t>(N_)) {
     int bytes = 0;
-    requireSuccess(zepsFFTGetBufSize_R_32f(spec_.get(), &bytes));
+    requireSuccess(zepsDFTGetBufSize_R_32f(spec_.get(), &bytes));
     scratch_.reset(allocate(bytes / 4 + 1));
     for (int n = 0; n < N_; ++n) {
         const double w = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * n / N_);
@@ -72,15 +72,15 @@ void Welch::add(std::span<const float> samples) {
 
 void Welch::transformBlock(double windowSum) {
     requireSuccess(zepsMul_32f(samples_.get(), window_.get(), spectrum_.get(), N_));
-    requireSuccess(zepsFFTFwd_RToPerm_32f(spectrum_.get(), spectrum_.get(), spec_.get(),
+    requireSuccess(zepsDFTFwd_RToPerm_32f(spectrum_.get(), spectrum_.get(), spec_.get(),
                                           reinterpret_cast<Zep8u*>(scratch_.get())));
     requireSuccess(zepsAddProduct_32f(spectrum_.get(), spectrum_.get(), squares_.get(), N_));
     ++blocks_;
     weight_ += windowSum * windowSum;
     if (++unflushed_ == kBlocksInFloat) flush();
     const int kept = N_ / 2;
-    requireSuccess(zepsMove_32f(samples_.get() + kept, samples_.get(), N_ - kept));
-    filled_ = N_ - kept;
+    requireSuccess(zepsMove_32f(samples_.get() + N_ - kept, samples_.get(), kept));
+    filled_ = kept;
     unseen_ = 0;
 }
 
@@ -104,13 +104,16 @@ void Welch::finish() {
 
 std::vector<double> Welch::power() const {
     const std::size_t half = sums_.size() / 2;
-    // A sine of amplitude 1 gives a bin of half the window's sum; the bins at both ends have no
-    // mirror image.
+    const bool even = sums_.size() % 2 == 0;
+    // A sine of amplitude 1 gives a bin of half the window's sum. Bin 0 has no mirror image, nor has
+    // bin N/2 of an even N, whose only part stands second.
     const double end = blocks_ > 0 ? 1 / weight_ : 0, inner = 4 * end;
     std::vector<double> power(half + 1);
     power[0] = end * sums_[0];
-    power[half] = end * sums_[1];
-    for (std::size_t k = 1; k < half; ++k) power[k] = inner * (sums_[2 * k] + sums_[2 * k + 1]);
+    if (even) power[half] = end * sums_[1];
+    const std::size_t pairs = even ? half - 1 : half;
+    const double* pair = sums_.data() + (even ? 2 : 1);
+    for (std::size_t k = 1; k <= pairs; ++k, pair += 2) power[k] = inner * (pair[0] + pair[1]);
     return power;
 }
 

@@ -1,5 +1,5 @@
-// Averaged power spectrum of a long signal, by Welch's method: blocks of N samples that overlap by
-// half, a Hann window, the mean of the squared magnitudes (P. D. Welch, "The use of fast Fourier
+// Averaged power spectrum of a long signal, by Welch's method: blocks of N samples, any number, that
+// overlap by half (rounded down for an odd N), a Hann window, the mean of the squared magnitudes (P. D. Welch, "The use of fast Fourier
 // transform for the estimation of power spectra", IEEE Trans. Audio Electroacoust. 15, 1967).
 //
 // Levels refer to a full-scale sine: an amplitude of 1 reads 0 dBFS. Memory is fixed by N, whatever
@@ -17,7 +17,7 @@ namespace mozep_program {
 
 class Welch {
 public:
-    explicit Welch(int order);  // N = 2^order, order at least 2
+    explicit Welch(int N);  // at least 4
 
     // Any number of samples at a time.
     void add(std::span<const float> samples);
@@ -30,12 +30,12 @@ public:
     long long blocks() const { return blocks_; }
     // Whether the last block was filled up with zeros.
     bool filledUp() const { return filledUp_; }
-    // Mean power of bins 0 .. N/2, relative to a full-scale sine.
+    // Mean power of bins 0 .. N/2 (rounded down), relative to a full-scale sine.
     std::vector<double> power() const;
 
 private:
     struct ReleaseSpec {
-        void operator()(FFTSpecR32f* spec) const { zepsFFTFree_R_32f(spec); }
+        void operator()(DFTSpecR32f* spec) const { zepsDFTFree_R_32f(spec); }
     };
     struct ReleaseBlock {
         void operator()(float* block) const { zepsFree(block); }
@@ -46,7 +46,7 @@ private:
     void flush();
 
     int N_;
-    std::unique_ptr<FFTSpecR32f, ReleaseSpec> spec_;
+    std::unique_ptr<DFTSpecR32f, ReleaseSpec> spec_;
     Block window_, samples_, spectrum_, squares_, scratch_;
     int filled_ = 0;     // samples in the block
     int unseen_ = 0;     // of these, the ones that no earlier block had

@@ -19,14 +19,17 @@
 #include "zeps/dft.h"
 #include "zeps/fft.h"
 #include "zeps/fir_double.h"
+#include "zeps/filter_design.h"
 #include "zeps/fixed_point.h"
 #include "zeps/generators.h"
 #include "zeps/memory.h"
 #include "zeps/movement.h"
+#include "zeps/sampling.h"
 #include "zeps/sorting.h"
 #include "zeps/statistics.h"
 #include "zeps/vector_math.h"
 #include "zeps/version.h"
+#include "zeps/windows.h"
 #include "zepsc.h"
 
 #endif

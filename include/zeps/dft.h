@@ -1,7 +1,7 @@
 /** @file
  * Discrete Fourier transforms of any length N, complex and real.
  *
- * Set-up and execution are apart, as for the transforms of @ref fft.h: zepsDFTInitAlloc_* decides
+ * Set-up and execution are apart, as for the transforms of zeps/fft.h: zepsDFTInitAlloc_* decides
  * once how a length runs and builds the tables, execution only reads them. The routes:
  * - 1 to 16 points: straight-line code.
  * - Powers of two: the transform of fft.h.

@@ -20,6 +20,7 @@
 #include "zeps/fft.h"
 #include "zeps/fir_double.h"
 #include "zeps/filter_design.h"
+#include "zeps/fir.h"
 #include "zeps/fixed_point.h"
 #include "zeps/generators.h"
 #include "zeps/memory.h"

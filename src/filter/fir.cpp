@@ -1,0 +1,147 @@
+// Single-rate filtering: direct sums, or overlap-save over the state's transform.
+#include "core/checks.h"
+#include "filter/correlate.h"
+#include "filter/fir_state.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+using filter::FirTraits;
+using filter::TransformOf;
+
+void move(const Zep32f* src, Zep32f* dst, int n) { ZEP_VARIANT::zepsMove_32f(src, dst, n); }
+void move(const Zep32fc* src, Zep32fc* dst, int n) {
+    ZEP_VARIANT::zepsMove_64f(reinterpret_cast<const Zep64f*>(src), reinterpret_cast<Zep64f*>(dst),
+                              n);
+}
+
+template <class T>
+ZepStatus direct(const T* src, T* dst, int n, ZepFIRState& state) {
+    const int L = state.tapsLen;
+    const T* taps = static_cast<const T*>(state.pTapsRev);
+    T* delay = static_cast<T*>(state.pDlyLine) + state.dlyLineIndex;
+    state.dlyLineIndex = 0;
+    const int split = n < state.splitCount ? n : state.splitCount;
+    // Entry 0, the oldest, meets no tap.
+    TransformOf<T>::copy(src, delay + L, split);
+    if (n <= state.splitCount) {
+        filter::correlate(taps, L, delay + 1, std::int64_t{L} - 1 + n, 0, dst, n);
+        move(delay + n, delay, L);
+        return zepStsNoErr;
+    }
+    // From output A on, all L samples are the caller's.
+    const int A = (L + 3) & ~3;
+    filter::correlate(taps, L, delay + 1, std::int64_t{L} - 1 + split, 0, dst, A);
+    TransformOf<T>::copy(src + (n - L), delay, L);
+    filter::correlate(taps, L, src, n, A - L + 1, dst + A, n - A);
+    return zepStsNoErr;
+}
+
+template <class T>
+class OverlapSave {
+    using Of = TransformOf<T>;
+    using Spec = typename Of::Spec;
+
+public:
+    explicit OverlapSave(ZepFIRState& state)
+        : state_(state),
+          spec_(static_cast<const Spec*>(state.pFFTSpec)),
+          b_(static_cast<T*>(state.pFFTBuf)),
+          N_(state.fftLen),
+          L_(state.tapsLen) {}
+
+    ZepStatus run(const T* src, T* dst, std::int64_t count) {
+        const std::int64_t step = N_ - L_ + 1, before = L_ - 1;
+        auto* delay = static_cast<T*>(state_.pDlyLine);
+        state_.dlyLineIndex = 0;
+        Of::copy(delay + 1, b_, before);
+        const std::int64_t first = count < step ? count : step;
+        Of::copy(src, b_ + before, first);
+        if (count <= step)
+            Of::copy(b_ + (count - 1), delay, L_);
+        else
+            Of::copy(src + (count - L_), delay, L_);
+        Of::zero(b_ + (before + first), N_ - before - first);
+        if (const ZepStatus s = finish(b_, dst, first); s != zepStsNoErr) return s;
+        for (std::int64_t done = step; done < count; done += step) {
+            const std::int64_t rest = count - done;
+            const T* from = src + (done - before);
+            if (rest < N_) {
+                const std::int64_t m = before + rest < N_ ? before + rest : N_;
+                Of::copy(from, b_, m);
+                Of::zero(b_ + m, N_ - m);
+                from = b_;
+            }
+            const std::int64_t outputs = rest < step ? rest : step;
+            if (const ZepStatus s = finish(from, dst + done, outputs); s != zepStsNoErr) return s;
+        }
+        return zepStsNoErr;
+    }
+
+private:
+    // Filters the N samples at x; the first L-1 results have wrapped.
+    ZepStatus finish(const T* x, T* dst, std::int64_t outputs) {
+        if (const ZepStatus s = Of::forward(x, b_, spec_, state_.pFFTWork); s != zepStsNoErr)
+            return s;
+        Of::multiply(static_cast<const T*>(state_.pFFTTaps), b_, static_cast<int>(N_));
+        if (const ZepStatus s = Of::inverse(b_, spec_, state_.pFFTWork); s != zepStsNoErr) return s;
+        Of::copy(b_ + (L_ - 1), dst, outputs);
+        return zepStsNoErr;
+    }
+
+    ZepFIRState& state_;
+    const Spec* spec_;
+    T* b_;
+    std::int64_t N_, L_;
+};
+
+// `deciding` is the count of samples that chooses the route.
+template <class T>
+ZepStatus filterBlock(const T* src, T* dst, int n, int deciding, ZepFIRState& state) {
+    if (deciding < FirTraits<T>::transformFromSamples || state.fftLen < 1)
+        return direct(src, dst, n, state);
+    return OverlapSave<T>(state).run(src, dst, n);
+}
+
+template <class T>
+ZepStatus apply(const T* src, T* dst, int n, ZepFIRState* state) {
+    if (anyNull(state, src, dst)) return zepStsNullPtrErr;
+    if (n < 1) return zepStsSizeErr;
+    if (!filter::isSingleRate<T>(*state)) return zepStsContextMatchErr;
+    return filterBlock(src, dst, n, n, *state);
+}
+
+template <class T>
+ZepStatus applyInPlace(T* x, int n, ZepFIRState* state) {
+    if (anyNull(state, x)) return zepStsNullPtrErr;
+    if (n < 1) return zepStsSizeErr;
+    if (!filter::isSingleRate<T>(*state)) return zepStsContextMatchErr;
+    constexpr int kBlock = Tuned<filter::FirTuning>::inPlaceBlock;
+    T* block = static_cast<T*>(state->pBlockBuf);
+    while (n > 0) {
+        const int count = n < kBlock ? n : kBlock;
+        n -= count;
+        // What is left behind this block decides.
+        if (const ZepStatus s = filterBlock(x, block, count, n, *state); s != zepStsNoErr) return s;
+        TransformOf<T>::copy(block, x, count);
+        x += count;
+    }
+    return zepStsNoErr;
+}
+
+}  // namespace
+
+ZepStatus zepsFIR_32f(const Zep32f* pSrc, Zep32f* pDst, int numIters, ZepFIRState* pState) {
+    return apply(pSrc, pDst, numIters, pState);
+}
+ZepStatus zepsFIR_32fc(const Zep32fc* pSrc, Zep32fc* pDst, int numIters, ZepFIRState* pState) {
+    return apply(pSrc, pDst, numIters, pState);
+}
+ZepStatus zepsFIR_32f_I(Zep32f* pSrcDst, int numIters, ZepFIRState* pState) {
+    return applyInPlace(pSrcDst, numIters, pState);
+}
+ZepStatus zepsFIR_32fc_I(Zep32fc* pSrcDst, int numIters, ZepFIRState* pState) {
+    return applyInPlace(pSrcDst, numIters, pState);
+}
+
+}  // namespace zep::ZEP_VARIANT

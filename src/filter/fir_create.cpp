@@ -1,0 +1,139 @@
+// Creation and release of single-rate filters.
+#include "core/checks.h"
+#include "filter/fir_state.h"
+#include "simd/vec.h"
+
+namespace zep::ZEP_VARIANT {
+namespace {
+
+using filter::FirTraits;
+using filter::TransformOf;
+
+// Hands out pieces of a block on 64-byte boundaries of it; without a block it only counts.
+class Layout {
+public:
+    explicit Layout(void* memory) : memory_(static_cast<char*>(memory)) {}
+
+    template <class P>
+    P* piece(std::int64_t count) {
+        char* p = memory_ == nullptr ? nullptr : memory_ + used_;
+        used_ += (count * static_cast<std::int64_t>(sizeof(P)) + 63) & ~std::int64_t{63};
+        return reinterpret_cast<P*>(p);
+    }
+    std::int64_t bytes() const { return used_; }
+
+private:
+    char* memory_;
+    std::int64_t used_ = 0;
+};
+
+// The record, then its arrays. fftLen is 0 without a transform route.
+template <class T>
+ZepFIRState* layOut(Layout& layout, std::int64_t L, std::int64_t fftLen, int workBytes) {
+    auto* state = layout.piece<ZepFIRState>(1);
+    T* taps = layout.piece<T>(L);
+    T* delay = layout.piece<T>(L + FirTraits<T>::splitCount(L));
+    T* spectrum = layout.piece<T>(fftLen);
+    Zep8u* work = layout.piece<Zep8u>(workBytes);
+    T* buffer = layout.piece<T>(fftLen);
+    T* block = layout.piece<T>(Tuned<filter::FirTuning>::inPlaceBlock);
+    if (state == nullptr) return nullptr;
+    *state = ZepFIRState{};
+    state->pTapsRev = taps;
+    state->pDlyLine = delay;
+    state->pFFTTaps = fftLen > 0 ? spectrum : nullptr;
+    state->pFFTWork = workBytes > 0 ? work : nullptr;
+    state->pFFTBuf = fftLen > 0 ? buffer : nullptr;
+    state->pBlockBuf = block;
+    return state;
+}
+
+template <class T>
+void reversed(const T* src, T* dst, std::int64_t n) {
+    for (std::int64_t i = 0; i < n; ++i) dst[i] = simd::readAny(src + (n - 1 - i));
+}
+
+// Releases a transform object unless it is handed over.
+template <class T>
+struct SpecHolder {
+    typename TransformOf<T>::Spec* spec = nullptr;
+    ~SpecHolder() {
+        if (spec != nullptr) TransformOf<T>::release(spec);
+    }
+};
+
+template <class T>
+ZepStatus create(ZepFIRState** ppState, const T* taps, int L, const T* history) {
+    using Of = TransformOf<T>;
+    if (anyNull(ppState, taps)) return zepStsNullPtrErr;
+    if (L < 1) return zepStsFIRLenErr;
+    SpecHolder<T> holder;
+    std::int64_t N = 0;
+    int workBytes = 0;
+    if (L >= FirTraits<T>::transformFromTaps) {
+        // From 2L+2 to 4L points. An object that is not made shows in the query.
+        const int order = filter::orderFor(std::int64_t{L} + 1, 2) + 1;
+        N = std::int64_t{1} << order;
+        (void)Of::create(&holder.spec, order);
+        if (const ZepStatus s = Of::bytes(holder.spec, &workBytes); s != zepStsNoErr) return s;
+    }
+    Layout counted(nullptr);
+    layOut<T>(counted, L, N, workBytes);
+    filter::Scratch<Zep8u> memory;
+    if (!memory.allocate(static_cast<std::size_t>(counted.bytes()))) return zepStsMemAllocErr;
+    Layout layout(memory.data());
+    ZepFIRState* state = layOut<T>(layout, L, N, workBytes);
+    state->idFIR = static_cast<std::uint32_t>(FirTraits<T>::kind);
+    state->tapsLen = state->dlyLineLen = L;
+    state->splitCount = static_cast<std::int32_t>(FirTraits<T>::splitCount(L));
+    state->upFactor = state->downFactor = 1;
+    state->fftLen = N > 0 ? static_cast<std::int32_t>(N) : -1;
+    state->fftWorkSize = workBytes;
+    state->ownsMemory = 1;
+    reversed(taps, static_cast<T*>(state->pTapsRev), L);
+    auto* delay = static_cast<T*>(state->pDlyLine);
+    if (history != nullptr)
+        reversed(history, delay, L);
+    else
+        Of::zero(delay, L);
+    *ppState = state;
+    if (N > 0) {
+        auto* spectrum = static_cast<T*>(state->pFFTTaps);
+        Of::copy(taps, spectrum, L);
+        Of::zero(spectrum + L, N - L);
+        if (const ZepStatus s = Of::forward(spectrum, spectrum, holder.spec, state->pFFTWork);
+            s != zepStsNoErr)
+            return s;
+        state->pFFTSpec = holder.spec;
+        holder.spec = nullptr;
+    }
+    memory.release();
+    return zepStsNoErr;
+}
+
+template <class T>
+ZepStatus release(ZepFIRState* state) {
+    if (state == nullptr) return zepStsNullPtrErr;
+    if (!filter::isSingleRate<T>(*state)) return zepStsContextMatchErr;
+    if (state->ownsMemory == 0) return zepStsNoErr;
+    if (state->pFFTSpec != nullptr)
+        TransformOf<T>::release(static_cast<typename TransformOf<T>::Spec*>(state->pFFTSpec));
+    state->idFIR = 0;
+    zepFree(state);
+    return zepStsNoErr;
+}
+
+}  // namespace
+
+ZepStatus zepsFIRInitAlloc_32f(ZepFIRState** ppState, const Zep32f* pTaps, int tapsLen,
+                               const Zep32f* pDlyLine) {
+    return create(ppState, pTaps, tapsLen, pDlyLine);
+}
+ZepStatus zepsFIRInitAlloc_32fc(ZepFIRState** ppState, const Zep32fc* pTaps, int tapsLen,
+                                const Zep32fc* pDlyLine) {
+    return create(ppState, pTaps, tapsLen, pDlyLine);
+}
+ZepStatus zepsFIRFree_32f(ZepFIRState* pState) { return release<Zep32f>(pState); }
+ZepStatus zepsFIRFree_32fc(ZepFIRState* pState) { return release<Zep32fc>(pState); }
+
+}  // namespace zep::ZEP_VARIANT

@@ -24,7 +24,7 @@ extern "C" {
  * the samples whose masks hold it, and to no others.
  *
  * Masks up to 10 allocate nothing. Wider ones allocate scratch of 2 * m + 65536 floats at most, or
- * of len floats where h is at least len - 1.
+ * of len floats where h is at least len - 1; what does not fit into 2 GiB is not allocated.
  *
  * @param pSrc      len samples.
  * @param pDst      len samples; may be pSrc, must not overlap it otherwise.

@@ -10,6 +10,8 @@ namespace median {
 namespace {
 
 constexpr int kMostRegisters = 8;
+// Of eight bytes: the allocator takes sizes of 31 bits.
+constexpr int kMostWords = INT32_MAX / 8;
 
 // Keys of x[first], x[first + 1] and so on; the end values stand for what lies outside.
 void readKeys(Key* keys, const Zep32f* x, std::ptrdiff_t len, std::ptrdiff_t first,
@@ -87,7 +89,7 @@ ZepStatus wideMedian(const Zep32f* x, Zep32f* y, int len, int width) {
     const int most = registers ? 2048 : 65536;
     const int block = len - 2 < most ? len - 2 : most;
     const std::int64_t words = (2 * std::int64_t{width} + block + 1) / 2;
-    if (words > INT32_MAX) return zepStsMemAllocErr;
+    if (words > kMostWords) return zepStsMemAllocErr;
     auto* const keys = reinterpret_cast<Key*>(zepsMalloc_64s(static_cast<int>(words)));
     if (keys == nullptr) return zepStsMemAllocErr;
     Key* const sorted = keys + width + block;
@@ -117,7 +119,7 @@ ZepStatus wideMedian(const Zep32f* x, Zep32f* y, int len, int width) {
 // h >= len - 1: every window holds all the data and, beyond them, only end values; h - n of the
 // first one, the others of the last one.
 ZepStatus medianOfAll(const Zep32f* x, Zep32f* y, int len, std::int64_t h) {
-    Key* const sorted = zepsMalloc_32s(len);
+    Key* const sorted = len / 2 < kMostWords ? zepsMalloc_32s(len) : nullptr;
     if (sorted == nullptr) return zepStsMemAllocErr;
     readKeys(sorted, x, len, 0, len);
     const Key front = sorted[0], back = sorted[len - 1];

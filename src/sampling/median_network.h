@@ -93,7 +93,8 @@ template <int M>
             V w[M];
             simd::unroll<h>([&](auto k) { w[k] = left[k]; });
             simd::unroll<h + 1>([&](auto k) { w[h + k] = V::load(x + n + k); });
-            simd::unroll<h>([&](auto k) { left[k] = V::load(x + n + L - h + k); });
+            if (n + L < tail)
+                simd::unroll<h>([&](auto k) { left[k] = V::load(x + n + L - h + k); });
             medianOf(w).store(y + n);
         }
     }

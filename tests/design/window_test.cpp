@@ -161,8 +161,8 @@ TEST_P(Windows, StayExactInLongArrays) {
     constexpr int kLen = 1000001;
     std::vector<Zep32f> x(kLen, 1);
     for (const auto& [window, formula] :
-         {std::pair{zepsWinHann_32f_I, &hann}, std::pair{zepsWinHamming_32f_I, &hamming},
-          std::pair{zepsWinBartlett_32f_I, &bartlett}}) {
+         {std::pair{&zepsWinHann_32f_I, &hann}, std::pair{&zepsWinHamming_32f_I, &hamming},
+          std::pair{&zepsWinBartlett_32f_I, &bartlett}}) {
         std::fill(x.begin(), x.end(), 1.0f);
         ASSERT_EQ(window(x.data(), kLen), zepStsNoErr);
         for (int n = 0; n < kLen / 2; n += n < 50 ? 1 : 997) {

@@ -50,10 +50,10 @@ typedef enum ZepWinType {
  *                  0.5), tested in this order; else zepStsNoErr.
  * @{
  */
-ZEP_API ZepStatus zepsFIRGenLowpass_64f(Zep64f rFreq, Zep64f* pTaps, int tapsLen,
-                                        int winType, Zep32s doNormal);
-ZEP_API ZepStatus zepsFIRGenHighpass_64f(Zep64f rFreq, Zep64f* pTaps, int tapsLen,
-                                         int winType, Zep32s doNormal);
+ZEP_API ZepStatus zepsFIRGenLowpass_64f(Zep64f rFreq, Zep64f* pTaps, int tapsLen, int winType,
+                                        Zep32s doNormal);
+ZEP_API ZepStatus zepsFIRGenHighpass_64f(Zep64f rFreq, Zep64f* pTaps, int tapsLen, int winType,
+                                         Zep32s doNormal);
 /** @} */
 
 /**

@@ -37,9 +37,10 @@ void matchesTheDefinition(int N, int flag) {
 
     const bool scales =
         flag == ZEP_FFT_SCALE_SQRT || flag == (inverse ? ZEP_FFT_SCALE_INV : ZEP_FFT_SCALE_FWD);
-    const long double factor = !scales                      ? 1
-                               : flag == ZEP_FFT_SCALE_SQRT ? 1 / std::sqrt(static_cast<long double>(N))
-                                                            : 1 / static_cast<long double>(N);
+    const long double factor = !scales ? 1
+                               : flag == ZEP_FFT_SCALE_SQRT
+                                   ? 1 / std::sqrt(static_cast<long double>(N))
+                                   : 1 / static_cast<long double>(N);
     long double energy = 0, spectrum = 0, difference = 0;
     for (const T& v : x) energy += std::norm(toExtended(v));
     for (std::size_t k = 0; k < len; ++k)

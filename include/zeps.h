@@ -21,6 +21,7 @@
 #include "zeps/filter_design.h"
 #include "zeps/fir.h"
 #include "zeps/fir_double.h"
+#include "zeps/fir_multirate.h"
 #include "zeps/fixed_point.h"
 #include "zeps/generators.h"
 #include "zeps/memory.h"

@@ -1,6 +1,7 @@
 // Single-rate filtering: direct sums, or overlap-save over the state's transform.
 #include "core/checks.h"
 #include "filter/correlate.h"
+#include "filter/fir_multirate.h"
 #include "filter/fir_state.h"
 
 namespace zep::ZEP_VARIANT {
@@ -107,6 +108,7 @@ template <class T>
 ZepStatus apply(const T* src, T* dst, int n, ZepFIRState* state) {
     if (anyNull(state, src, dst)) return zepStsNullPtrErr;
     if (n < 1) return zepStsSizeErr;
+    if (filter::isMultirate<T>(*state)) return filter::multirate(src, dst, n, *state);
     if (!filter::isSingleRate<T>(*state)) return zepStsContextMatchErr;
     return filterBlock(src, dst, n, n, *state);
 }
@@ -115,6 +117,7 @@ template <class T>
 ZepStatus applyInPlace(T* x, int n, ZepFIRState* state) {
     if (anyNull(state, x)) return zepStsNullPtrErr;
     if (n < 1) return zepStsSizeErr;
+    if (filter::isMultirate<T>(*state)) return filter::multirateInPlace(x, n, *state);
     if (!filter::isSingleRate<T>(*state)) return zepStsContextMatchErr;
     constexpr int kBlock = Tuned<filter::FirTuning>::inPlaceBlock;
     T* block = static_cast<T*>(state->pBlockBuf);

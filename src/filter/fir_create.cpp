@@ -1,5 +1,6 @@
 // Creation and release of single-rate filters.
 #include "core/checks.h"
+#include "filter/fir_multirate.h"
 #include "filter/fir_state.h"
 #include "simd/vec.h"
 
@@ -114,7 +115,8 @@ ZepStatus create(ZepFIRState** ppState, const T* taps, int L, const T* history) 
 template <class T>
 ZepStatus release(ZepFIRState* state) {
     if (state == nullptr) return zepStsNullPtrErr;
-    if (!filter::isSingleRate<T>(*state)) return zepStsContextMatchErr;
+    if (!filter::isSingleRate<T>(*state) && !filter::isMultirate<T>(*state))
+        return zepStsContextMatchErr;
     if (state->ownsMemory == 0) return zepStsNoErr;
     if (state->pFFTSpec != nullptr)
         TransformOf<T>::release(static_cast<typename TransformOf<T>::Spec*>(state->pFFTSpec));

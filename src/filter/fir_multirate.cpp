@@ -48,7 +48,7 @@ ZepStatus zepsFIRMRInitAlloc_32f(ZepFIRState** ppState, const Zep32f* pTaps, int
     const filter::Rates rates{tapsLen, upFactor, upPhase, downFactor, downPhase};
     if (const ZepStatus status = filter::checkRates(rates); status != zepStsNoErr) return status;
     if (upFactor == 1 && downFactor == 1)
-        return zepsFIRInitAlloc_32f(ppState, pTaps, tapsLen, pDlyLine);
+        return ZEP_VARIANT::zepsFIRInitAlloc_32f(ppState, pTaps, tapsLen, pDlyLine);
     *ppState = filter::createMultirate<filter::RealSums>(
         idFIRMR_32f, filter::kernelKindOf<float>(rates), rates, pTaps, pDlyLine);
     return *ppState == nullptr ? zepStsMemAllocErr : zepStsNoErr;

@@ -22,6 +22,7 @@
 #include "zeps/fir.h"
 #include "zeps/fir_double.h"
 #include "zeps/fir_multirate.h"
+#include "zeps/fir_state.h"
 #include "zeps/fixed_point.h"
 #include "zeps/generators.h"
 #include "zeps/memory.h"

@@ -34,11 +34,10 @@ extern "C" {
  * blocks of four to eight times the shorter length.
  *
  * zepsConv_16s_Sfs sums in floats too; the results are multiplied by 2^-scaleFactor, rounded to the
- * nearest integer and saturated as zepsConvert_32f16s_Sfs does. It always allocates;
+ * nearest integer and saturated as zepsConvert_32f16s_Sfs does, for any scaleFactor. It always allocates;
  * zepsConv_32f allocates for transforms only.
  *
  * @param pDst         src1Len + src2Len - 1 values.
- * @param scaleFactor  any value.
  * @return             zepStsNullPtrErr, zepStsSizeErr, zepStsFftOrderErr, zepStsMemAllocErr; else
  *                     zepStsNoErr. On an error nothing has been written but by a transform that
  *                     failed half-way.

@@ -41,6 +41,8 @@ typedef enum ZepWinType {
 
 /**
  * @name FIRGenLowpass, FIRGenHighpass
+ * Taps of a lowpass, or highpass, filter with the cut-off rFreq, by the formulas above.
+ *
  * @param rFreq     cut-off, relative to the sampling rate, between 0 and 0.5.
  * @param pTaps     receives tapsLen taps.
  * @param tapsLen   taps, at least 5.
@@ -58,6 +60,8 @@ ZEP_API ZepStatus zepsFIRGenHighpass_64f(Zep64f rFreq, Zep64f* pTaps, int tapsLe
 
 /**
  * @name FIRGenBandpass, FIRGenBandstop
+ * Taps of a filter that passes, or stops, the band between two edges, by the formulas above.
+ *
  * @param rLowFreq   lower edge f1 of the band, between 0 and 0.5.
  * @param rHighFreq  upper edge f2, above f1 and below 0.5.
  * @param pTaps      receives tapsLen taps.

@@ -28,8 +28,7 @@ extern "C" {
  *
  * @param pSrc      len samples.
  * @param pDst      len samples; may be pSrc, must not overlap it otherwise.
- * @param pSrcDst   len samples, filtered in place.
- * @param len       samples.
+ * @param len       samples, those of pSrcDst filtered in place.
  * @param maskSize  samples that a median is taken of; any from 1 on.
  * @return          zepStsNullPtrErr; zepStsSizeErr (len or maskSize not greater than 0);
  *                  zepStsMemAllocErr (no memory for the scratch; pDst then holds a copy of pSrc,

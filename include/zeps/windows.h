@@ -24,7 +24,7 @@ extern "C" {
  * With a = 2 * pi * n / (N - 1):
  * - Bartlett: n * s, s = 2 / (N - 1) rounded to single precision;
  * - Blackman: (alpha + 1) / 2 - cos(a) / 2 - alpha / 2 * cos(2 * a), where alpha is -0.16 for
- *   zepsWinBlackmanStd_32f_I();
+ *   zepsWinBlackmanStd_32f_I(), and any value, given last, for zepsWinBlackman_32fc_I();
  * - Hamming: 0.54 - 0.46 * cos(a);
  * - Hann: 0.5 - 0.5 * cos(a).
  *
@@ -32,7 +32,6 @@ extern "C" {
  *
  * @param pSrcDst  len samples.
  * @param len      samples, at least 3.
- * @param alpha    any value; -0.16 is usual.
  * @return         zepStsNullPtrErr, zepStsSizeErr (len below 3), tested in this order; else
  *                 zepStsNoErr.
  * @{

@@ -45,12 +45,12 @@ constexpr LawTables makeALaw() {
 }
 
 struct MuLaw {
-    static constexpr LawTables tables = makeMuLaw();
-    static constexpr auto expand = g711::expandMuLaw;
+    [[maybe_unused]] static constexpr LawTables tables = makeMuLaw();
+    [[maybe_unused]] static constexpr auto expand = g711::expandMuLaw;
 };
 struct ALaw {
-    static constexpr LawTables tables = makeALaw();
-    static constexpr auto expand = g711::expandALaw;
+    [[maybe_unused]] static constexpr LawTables tables = makeALaw();
+    [[maybe_unused]] static constexpr auto expand = g711::expandALaw;
 };
 
 using Codes = simd::Native<std::uint8_t>;

@@ -46,11 +46,10 @@ template <simd::FloatVec W>
     if constexpr (simd::kRegisterTable<typename W::Scalar> == 16) {
         const auto [m, e, offset] = takeApart(x, 0x3F340000);
         const auto index = offset >> 19;
-        const auto& c = kRegisterLog10Coefficients;
         const W z = exactMulSub(m, lookUp(kRegisterLog10Factor, index), W::broadcast(0.4375f));
         const W a = mulAdd(e, W::broadcast(kHigh), lookUp(kRegisterLog10High, index));
         const W b = mulAdd(e, W::broadcast(kLow), lookUp(kRegisterLog10Low, index));
-        const auto at = [&c](int k) { return W::broadcast(c[k]); };
+        const auto at = [](int k) { return W::broadcast(kRegisterLog10Coefficients[k]); };
         const W q = mulAdd(mulAdd(mulAdd(z, at(4), at(3)), z, at(2)), z, at(1));
         return sum(a, z, mulAdd(mulAdd(q, z, at(0)), z, b));
     } else {

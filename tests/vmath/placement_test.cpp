@@ -35,7 +35,7 @@ std::vector<Sample> samplesOf(const MathFunction& f, int count, float constant) 
 
 class Bytes {
 public:
-    Bytes(int len, Edge edge, int skew) : bytes_(len * 4, edge, skew), len_(len) {}
+    Bytes(int len, Edge edge, int skew) : bytes_(len * 4, edge, skew) {}
     float* data() { return reinterpret_cast<float*>(bytes_.data()); }
     void set(int n, float x) { std::memcpy(bytes_.data() + 4 * n, &x, 4); }
     std::uint32_t bitsAt(int n) const {
@@ -46,7 +46,6 @@ public:
 
 private:
     GuardedBuffer<std::byte> bytes_;
-    int len_;
 };
 
 class VectorMathPlacement : public VariantTest {

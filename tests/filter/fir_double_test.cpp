@@ -7,6 +7,7 @@
 // it.
 #include <numeric>
 
+#include "filter/fir_record.h"
 #include "support/failing_heap.h"
 #include "support/guarded_buffer.h"
 #include "support/random.h"
@@ -59,7 +60,10 @@ Expected expected(const Rates& r, const std::vector<double>& h, const std::vecto
 // Releases by hand what no function releases.
 struct State {
     ZepFIRState* p = nullptr;
-    ~State() { zepsFree(p); }
+    ~State() {
+        if (p != nullptr && p->pFFTSpec != nullptr) zepFree(p->pFFTSpec);
+        zepsFree(p);
+    }
     ZepStatus make(const Rates& r, const double* h, const float* past) {
         return zepsFIRMRInitAlloc64f_32f(&p, h, r.taps, r.up, r.upPhase, r.down, r.downPhase, past);
     }

@@ -13,6 +13,12 @@
 namespace zep::test {
 namespace {
 
+// There may be none.
+template <class T>
+bool sameBytes(const T* got, const std::vector<T>& expected) {
+    return expected.empty() || std::memcmp(got, expected.data(), expected.size() * sizeof(T)) == 0;
+}
+
 bool same(const Zep32f& a, const Zep32f& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 bool same(const Zep32fc& a, const Zep32fc& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
@@ -48,11 +54,10 @@ void checkDown(int len, int factor, int phase, Edge edge, int skew) {
     ASSERT_EQ(sampleDown(src.data(), len, dst.data(), &dstLen, factor, &next), zepStsNoErr);
     ASSERT_EQ(dstLen, count) << len << ' ' << factor << ' ' << phase;
     ASSERT_EQ(next, n - len) << len << ' ' << factor << ' ' << phase;
-    ASSERT_EQ(std::memcmp(dst.data(), expected.data(), expected.size() * sizeof(T)), 0)
-        << len << ' ' << factor << ' ' << phase;
+    ASSERT_TRUE(sameBytes(dst.data(), expected)) << len << ' ' << factor << ' ' << phase;
     next = phase;
     ASSERT_EQ(sampleDown(src.data(), len, src.data(), &dstLen, factor, &next), zepStsNoErr);
-    ASSERT_EQ(std::memcmp(src.data(), expected.data(), expected.size() * sizeof(T)), 0)
+    ASSERT_TRUE(sameBytes(src.data(), expected))
         << "in place " << len << ' ' << factor << ' ' << phase;
 }
 

@@ -1,6 +1,6 @@
 #!/bin/bash
 # usage: consumer_test.sh STEP SOURCE BUILD WORK; the compilers come from CC and CXX, a compiler launcher from LAUNCHER,
-# what was built from TOOLS and COLUMNS_BUILT; SAME_BUILD tells whether the build is one with the default options.
+# what was built from TOOLS; SAME_BUILD tells whether the build is one with the default options.
 # "install" puts the build into WORK/moved by way of another prefix, so that every later step proves that the tree can be
 # moved. Each consumer step builds examples/quickstart.c in one of the ways that the README names, and runs it.
 set -euo pipefail

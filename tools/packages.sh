@@ -3,7 +3,7 @@
 need() {
     local package missing=() as_root=()
     for package in "$@"; do
-        dpkg-query -W -f '${Status}' "$package" 2> /dev/null | grep -q 'install ok installed' || missing+=("$package")
+        [[ $(dpkg-query -W -f '${Status}' "$package" 2> /dev/null) == *"install ok installed"* ]] || missing+=("$package")
     done
     [ ${#missing[@]} -gt 0 ] || return 0
     if ! command -v apt-get > /dev/null; then

@@ -99,7 +99,7 @@ wrong "a call through a stub" "rule 2: .*zep_u8.dir/wrong.o: .*zepsAdd_32f" u8 <
     namespace zep::u8 { int wrong(float* p) { return zepsAdd_32f(p, p, p, 1); } }"
 
 # Clang reads assembly by itself; what GCC's build of the same sources lets pass is right for both.
-if "$CXX" --version | grep -q 'Free Software Foundation'; then
+if grep -q 'Free Software Foundation' <<< "$("$CXX" --version)"; then
     below_avx="m7 u8 n8 y8" below_avx2="$below_avx e9" below_avx512="$below_avx2 e9_avx2"
     for column in $below_avx; do
         refused $column "vaddps %xmm0, %xmm1, %xmm2"

@@ -150,7 +150,7 @@ case $step in
             -Dmozep_DIR="$host/elsewhere/lib/cmake/mozep" -DQUICKSTART="$quickstart" -DKINDS=mozep
         [ "$(PKG_CONFIG_PATH=$host/elsewhere/lib/pkgconfig pkg-config --variable=libdir mozep)" = "$host/elsewhere/lib" ]
         if [ "$TOOLS" = ON ]; then
-            ldd "$host/bin/mozep" | grep -qF "libmozep.so.7 => $host/elsewhere/lib/" ||
+            ldd "$host/bin/mozep" | grep -F "libmozep.so.7 => $host/elsewhere/lib/" ||
                 { ldd "$host/bin/mozep"; echo "wrong run path"; exit 1; }
         fi
 

@@ -21,7 +21,8 @@ constexpr std::size_t kSmallFill = 4 * kWide;
 
 // 1 <= bytes <= kSmallFill.
 template <class Pattern>
-inline void fillSmall(std::uint8_t* dst, std::size_t bytes, Pattern pattern) {
+[[gnu::always_inline]] inline void fillSmall(std::uint8_t* dst, std::size_t bytes,
+                                             Pattern pattern) {
     // What was there is not used, so its loads fall away.
     mapSmall([=]<class B>(B) { return pattern.template block<B>(); }, dst, bytes, dst);
 }

@@ -147,11 +147,17 @@ template <class B = simd::WideBlock, std::size_t elementBytes = 1, int kLines = 
     head.store(dst);
 }
 
-// Both of them, by the size.
-template <class B = simd::WideBlock, std::size_t elementBytes = 1, class Op, class... Src>
-inline void mapBytes(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
-    if (bytes <= 4 * std::size_t{B::bytes}) return mapSmall<B>(op, dst, bytes, src...);
+template <class B, std::size_t elementBytes, class Op, class... Src>
+[[gnu::noinline]] void mapLong(Op op, std::uint8_t* dst, std::size_t bytes, Src... src) {
     mapAscending<B, elementBytes>(op, dst, bytes, src...);
+}
+
+// Both of them, by the size; what is short costs no call more.
+template <class B = simd::WideBlock, std::size_t elementBytes = 1, class Op, class... Src>
+[[gnu::always_inline]] inline void mapBytes(Op op, std::uint8_t* dst, std::size_t bytes,
+                                            Src... src) {
+    if (bytes > 4 * std::size_t{B::bytes}) return mapLong<B, elementBytes>(op, dst, bytes, src...);
+    mapSmall<B>(op, dst, bytes, src...);
 }
 
 }  // namespace zep::ZEP_VARIANT

@@ -37,16 +37,16 @@ inline void flipFour(const std::uint8_t* src, std::uint8_t* dst, std::size_t byt
 
 // 1 <= bytes <= 4 * B::bytes, in place or not.
 template <class B, int elementBytes>
-inline void flipSmall(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
+[[gnu::always_inline]] inline void flipSmall(const std::uint8_t* src, std::uint8_t* dst,
+                                             std::size_t bytes) {
     byLadder<B>(
         bytes, [=]<class W> { flipTwo<W, elementBytes>(src, dst, bytes); },
         [=]<class W> { flipFour<W, elementBytes>(src, dst, bytes); });
 }
 
-// The areas are apart.
+// The areas are apart; bytes > 4 * B::bytes.
 template <class B, int elementBytes>
-void flipApart(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
-    if (bytes <= 4 * B::bytes) return flipSmall<B, elementBytes>(src, dst, bytes);
+[[gnu::noinline]] void flipApart(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
     const std::uint8_t* const lastSrc = src + bytes - B::bytes;
     constexpr std::size_t kStep = 4 * B::bytes;
     const auto flipStep = [=](std::size_t n) __attribute__((always_inline)) {
@@ -60,7 +60,7 @@ void flipApart(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes) {
 }
 
 template <class B, int elementBytes>
-void flipInPlace(std::uint8_t* p, std::size_t bytes) {
+[[gnu::noinline]] void flipInPlace(std::uint8_t* p, std::size_t bytes) {
     constexpr std::size_t n = B::bytes;
     for (; bytes > 4 * n; p += 2 * n, bytes -= 4 * n) {
         std::uint8_t* const last = p + bytes - n;
@@ -73,9 +73,14 @@ void flipInPlace(std::uint8_t* p, std::size_t bytes) {
 
 template <class T>
 inline ZepStatus checkedFlip(const T* pSrc, T* pDst, int len) {
+    using B = simd::WideBlock;
     const auto flip = [=](std::size_t bytes) {
-        flipApart<simd::WideBlock, int{sizeof(T)}>(reinterpret_cast<const std::uint8_t*>(pSrc),
-                                                   reinterpret_cast<std::uint8_t*>(pDst), bytes);
+        const auto* src = reinterpret_cast<const std::uint8_t*>(pSrc);
+        auto* dst = reinterpret_cast<std::uint8_t*>(pDst);
+        if (bytes <= 4 * B::bytes)
+            flipSmall<B, int{sizeof(T)}>(src, dst, bytes);
+        else
+            flipApart<B, int{sizeof(T)}>(src, dst, bytes);
         return zepStsNoErr;
     };
     return withByteCount<T>(len, flip, pSrc, pDst);
@@ -87,8 +92,13 @@ using FlipBlock = simd::Block<sizeof(T) == 1 ? simd::kIntBytes : simd::kFloatByt
 
 template <class T>
 inline ZepStatus checkedFlipInPlace(T* pSrcDst, int len) {
+    using B = FlipBlock<T>;
     const auto flip = [=](std::size_t bytes) {
-        flipInPlace<FlipBlock<T>, int{sizeof(T)}>(reinterpret_cast<std::uint8_t*>(pSrcDst), bytes);
+        auto* p = reinterpret_cast<std::uint8_t*>(pSrcDst);
+        if (bytes <= 4 * B::bytes)
+            flipSmall<B, int{sizeof(T)}>(p, p, bytes);
+        else
+            flipInPlace<B, int{sizeof(T)}>(p, bytes);
         return zepStsNoErr;
     };
     return withByteCount<T>(len, flip, pSrcDst);

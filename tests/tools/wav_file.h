@@ -9,7 +9,20 @@
 
 namespace zep::test {
 
-// T: std::int16_t or float.
+// A packed sample of 24 bits.
+struct Int24 {
+    std::uint8_t bytes[3];
+    Int24() = default;
+    explicit Int24(int value)
+        : bytes{static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8),
+                static_cast<std::uint8_t>(value >> 16)} {}
+    int value() const {
+        return bytes[0] | bytes[1] << 8 | static_cast<std::int8_t>(bytes[2]) * 65536;
+    }
+    bool operator==(const Int24&) const = default;
+};
+
+// T: std::uint8_t, std::int16_t, Int24, std::int32_t, float or double.
 template <class T>
 void writeWav(const std::string& name, const std::vector<T>& samples, int rate, int channels = 1) {
     std::ofstream file(name, std::ios::binary);

@@ -16,11 +16,13 @@ class Failure : public std::runtime_error {
 // A line on the standard error about work that was done, but not as it should be.
 void warn(const std::string& command, const std::string& message);
 
+void addConvert(CLI::App& app);
 void addGunzip(CLI::App& app);
 void addInfo(CLI::App& app);
 void addNoise(CLI::App& app);
 void addSpeech(CLI::App& app);
 void addSpectrum(CLI::App& app);
+void addStats(CLI::App& app);
 void addTone(CLI::App& app);
 
 }  // namespace mozep_program

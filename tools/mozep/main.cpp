@@ -66,11 +66,13 @@ int main(int argc, char** argv) {
         "usage.\nErrors and warnings are lines on the standard error.");
     // A limit on the size of files is an error like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
+    addConvert(app);
     addGunzip(app);
     addInfo(app);
     addNoise(app);
     addSpeech(app);
     addSpectrum(app);
+    addStats(app);
     addTone(app);
     try {
         app.parse(argc, argv);

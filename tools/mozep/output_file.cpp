@@ -132,6 +132,19 @@ void OutputFile::write(const std::uint8_t* data, std::size_t bytes) {
     }
 }
 
+bool OutputFile::rewriteStart(const std::uint8_t* data, std::size_t bytes) {
+    if (temporary_.empty()) return false;
+    for (off_t at = 0; bytes > 0;) {
+        const ssize_t done = pwrite(file_, data, bytes, at);
+        if (done < 0 && errno == EINTR) continue;
+        if (done < 0) fail();
+        data += done;
+        at += done;
+        bytes -= static_cast<std::size_t>(done);
+    }
+    return true;
+}
+
 void OutputFile::commit(const struct stat& input) {
     if (S_ISREG(input.st_mode) && !temporary_.empty()) {
         mode_ = input.st_mode & 0777;

@@ -22,6 +22,9 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
 
     void write(const std::uint8_t* data, std::size_t bytes);
+    // Writes over the first bytes, of which there must be as many; false where what has been written
+    // is out of reach.
+    bool rewriteStart(const std::uint8_t* data, std::size_t bytes);
     // A file takes the permissions and times of the one that it is made from, if that is a file as
     // well; else it keeps its permissions.
     void commit(const struct stat& input);

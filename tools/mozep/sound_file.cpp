@@ -2,11 +2,13 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 
 #include "commands.h"
@@ -14,8 +16,8 @@
 namespace mozep_program {
 namespace {
 
-// What a stream without an end mark has for a length.
-constexpr sf_count_t kUnknownLength = SF_COUNT_MAX;
+// A stream without an end mark has the largest length there is, or that divided by bytes.
+constexpr sf_count_t kUnknownLength = SF_COUNT_MAX >> 16;
 
 // sndfile cuts a declared length to that of the file, and tells so in its log alone, in lines like
 // "data : 192000 (should be 95978)". The lengths of a whole file (RIFF, FORM) are not looked at: many
@@ -40,6 +42,41 @@ std::string cutData(SNDFILE* file) {
     return {};
 }
 
+// The bits of WAVEFORMATEXTENSIBLE, of which the lowest belongs to the first channel.
+constexpr int kSpeakers[] = {
+    SF_CHANNEL_MAP_LEFT,
+    SF_CHANNEL_MAP_RIGHT,
+    SF_CHANNEL_MAP_CENTER,
+    SF_CHANNEL_MAP_LFE,
+    SF_CHANNEL_MAP_REAR_LEFT,
+    SF_CHANNEL_MAP_REAR_RIGHT,
+    SF_CHANNEL_MAP_FRONT_LEFT_OF_CENTER,
+    SF_CHANNEL_MAP_FRONT_RIGHT_OF_CENTER,
+    SF_CHANNEL_MAP_REAR_CENTER,
+    SF_CHANNEL_MAP_SIDE_LEFT,
+    SF_CHANNEL_MAP_SIDE_RIGHT,
+    SF_CHANNEL_MAP_TOP_CENTER,
+    SF_CHANNEL_MAP_TOP_FRONT_LEFT,
+    SF_CHANNEL_MAP_TOP_FRONT_CENTER,
+    SF_CHANNEL_MAP_TOP_FRONT_RIGHT,
+    SF_CHANNEL_MAP_TOP_REAR_LEFT,
+    SF_CHANNEL_MAP_TOP_REAR_CENTER,
+    SF_CHANNEL_MAP_TOP_REAR_RIGHT,
+};
+
+// 0 where the channels have other places, or stand in another order.
+std::uint32_t speakerBits(const std::vector<int>& places) {
+    std::uint32_t bits = 0;
+    for (const int place : places) {
+        const auto* const found = std::find(std::begin(kSpeakers), std::end(kSpeakers), place);
+        if (found == std::end(kSpeakers)) return 0;
+        const std::uint32_t bit = 1U << (found - kSpeakers);
+        if (bits >= bit) return 0;
+        bits |= bit;
+    }
+    return bits;
+}
+
 }  // namespace
 
 SoundFile::SoundFile(const std::string& name, int channel) : name_(name), channel_(channel) {
@@ -58,14 +95,25 @@ SoundFile::SoundFile(const std::string& name, int channel) : name_(name), channe
                       std::to_string(info_.channels));
 }
 
+std::size_t SoundFile::readInto(float* frames, std::size_t count) {
+    const sf_count_t got = sf_readf_float(file_.get(), frames, static_cast<sf_count_t>(count));
+    if (sf_error(file_.get()) != SF_ERR_NO_ERROR)
+        throw Failure(name_ + ": " + sf_strerror(file_.get()));
+    framesRead_ += got < 0 ? 0 : got;
+    return static_cast<std::size_t>(got < 0 ? 0 : got);
+}
+
+std::size_t SoundFile::readFrames(std::vector<float>& interleaved) {
+    const auto channels = static_cast<std::size_t>(info_.channels);
+    const std::size_t count = readInto(interleaved.data(), interleaved.size() / channels);
+    interleaved.resize(count * channels);
+    return count;
+}
+
 std::size_t SoundFile::read(std::vector<float>& mono) {
     const auto channels = static_cast<std::size_t>(info_.channels);
     frames_.resize(mono.size() * channels);
-    const sf_count_t got =
-        sf_readf_float(file_.get(), frames_.data(), static_cast<sf_count_t>(mono.size()));
-    if (sf_error(file_.get()) != SF_ERR_NO_ERROR)
-        throw Failure(name_ + ": " + sf_strerror(file_.get()));
-    const auto count = static_cast<std::size_t>(got < 0 ? 0 : got);
+    const std::size_t count = readInto(frames_.data(), mono.size());
     const std::size_t first = channel_ == 0 ? 0 : static_cast<std::size_t>(channel_ - 1);
     const std::size_t taken = channel_ == 0 ? channels : 1;
     for (std::size_t n = 0; n < count; ++n) {
@@ -77,14 +125,30 @@ std::size_t SoundFile::read(std::vector<float>& mono) {
         if (!std::isfinite(mono[n]))
             throw Failure(name_ + ": holds samples that are not finite numbers");
     }
-    framesRead_ += static_cast<long long>(count);
     return count;
+}
+
+bool SoundFile::lengthIsKnown() const { return info_.frames < kUnknownLength; }
+
+std::string SoundFile::encoding() const {
+    SF_FORMAT_INFO info{};
+    info.format = info_.format & SF_FORMAT_SUBMASK;
+    if (sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info) != 0 || info.name == nullptr)
+        return "unknown samples";
+    return info.name;
+}
+
+std::uint32_t SoundFile::speakers() const {
+    std::vector<int> map(static_cast<std::size_t>(info_.channels));
+    const int bytes = info_.channels * static_cast<int>(sizeof(int));
+    if (sf_command(file_.get(), SFC_GET_CHANNEL_MAP_INFO, map.data(), bytes) != SF_TRUE) return 0;
+    return speakerBits(map);
 }
 
 std::string SoundFile::shortfall() const {
     const std::string cut = cutData(file_.get());
     if (!cut.empty()) return cut;
-    if (info_.frames == kUnknownLength) return "it does not say where it ends";
+    if (!lengthIsKnown()) return "it does not say where it ends";
     if (framesRead_ < info_.frames)
         return "it declares " + std::to_string(info_.frames) + " samples a channel, and " +
                std::to_string(framesRead_) + " are there";

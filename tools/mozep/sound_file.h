@@ -2,6 +2,7 @@
 
 #include <sndfile.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,11 +19,20 @@ public:
     int channels() const { return info_.channels; }
     // As the file declares it: not a promise.
     double declaredFrames() const { return static_cast<double>(info_.frames); }
+    bool lengthIsKnown() const;
+    // How its samples are stored, in words.
+    std::string encoding() const;
+    // The loudspeakers of the channels as in WavFormat, 0 where the file does not tell.
+    std::uint32_t speakers() const;
     long long framesRead() const { return framesRead_; }
 
     // The next samples of the channel, or of the mean of all; at most mono.size(), fewer at the end
-    // only.
+    // only. An infinity or a not-a-number is a Failure.
     std::size_t read(std::vector<float>& mono);
+
+    // The next frames of all channels, as many as whole ones fit; interleaved takes their size. Any
+    // value is passed on.
+    std::size_t readFrames(std::vector<float>& interleaved);
 
     // When all has been read: how the file falls short of what it declares; empty if it does not.
     std::string shortfall() const;
@@ -35,6 +45,8 @@ private:
     int channel_;
     SF_INFO info_{};
     std::unique_ptr<SNDFILE, Close> file_;
+    std::size_t readInto(float* frames, std::size_t count);
+
     std::vector<float> frames_;
     long long framesRead_ = 0;
 };

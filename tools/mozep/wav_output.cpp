@@ -1,91 +1,63 @@
 #include "wav_output.h"
 
 #include <bit>
-#include <limits>
-#include <string_view>
 
+#include "commands.h"
 #include "full_scale.h"
 
 namespace mozep_program {
-namespace {
 
 static_assert(std::endian::native == std::endian::little);  // samples are written as they stand
 
-int bytesOf(WavOutput::Format format) { return format == WavOutput::Format::Int16 ? 2 : 4; }
-
-class Header {
-public:
-    void name(std::string_view text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
-    template <class T>
-    void number(long long value) {
-        for (std::size_t n = 0; n < sizeof(T); ++n)
-            bytes_.push_back(static_cast<std::uint8_t>(value >> (8 * n)));
-    }
-    const std::vector<std::uint8_t>& bytes() const { return bytes_; }
-
-private:
-    std::vector<std::uint8_t> bytes_;
-};
-
-// Formats other than integers have a longer format chunk and tell the count of samples.
-constexpr int kFormatBytes = 16, kFloatFormatBytes = 18;
-constexpr int kAroundData = 4 + (8 + kFloatFormatBytes) + (8 + 4) + 8;
-
-std::vector<std::uint8_t> header(WavOutput::Format format, int rate, long long samples) {
-    constexpr int kIntegers = 1, kFloats = 3;
-    const bool floats = format == WavOutput::Format::Float32;
-    const int sampleBytes = bytesOf(format);
-    const long long data = samples * sampleBytes;
-    const int formatBytes = floats ? kFloatFormatBytes : kFormatBytes;
-    Header h;
-    h.name("RIFF");
-    h.number<std::uint32_t>(4 + (8 + formatBytes) + (floats ? 8 + 4 : 0) + 8 + data);
-    h.name("WAVEfmt ");
-    h.number<std::uint32_t>(formatBytes);
-    h.number<std::uint16_t>(floats ? kFloats : kIntegers);
-    h.number<std::uint16_t>(1);  // channels
-    h.number<std::uint32_t>(rate);
-    h.number<std::uint32_t>(static_cast<long long>(rate) * sampleBytes);
-    h.number<std::uint16_t>(sampleBytes);
-    h.number<std::uint16_t>(8 * sampleBytes);
-    if (floats) {
-        h.number<std::uint16_t>(0);  // bytes of the format that follow
-        h.name("fact");
-        h.number<std::uint32_t>(4);
-        h.number<std::uint32_t>(samples);
-    }
-    h.name("data");
-    h.number<std::uint32_t>(data);
-    return h.bytes();
+WavOutput::WavOutput(const std::string& name, const WavFormat& format, long long frames)
+    : name_(name == "-" ? "standard output" : name),
+      file_(name == "-" ? "" : name, OutputFile::Existing::Replace),
+      format_(format),
+      declared_(frames) {
+    const std::vector<std::uint8_t> header = wavHeader(format, frames);
+    file_.write(header.data(), header.size());
 }
 
-template <class T>
-void writeAll(OutputFile& file, const std::vector<T>& values) {
-    file.write(reinterpret_cast<const std::uint8_t*>(values.data()), values.size() * sizeof(T));
-}
-
-}  // namespace
-
-long long WavOutput::longest(Format format) {
-    return (std::numeric_limits<std::uint32_t>::max() - kAroundData) / bytesOf(format);
-}
-
-WavOutput::WavOutput(const std::string& name, Format format, int rate, long long samples)
-    : file_(name == "-" ? "" : name, OutputFile::Existing::Replace), format_(format) {
-    writeAll(file_, header(format, rate, samples));
+void WavOutput::writeBytes(const void* data, std::size_t bytes) {
+    bytes_ += static_cast<long long>(bytes);
+    if (bytes_ / bytesOfFrame(format_) > longestWav(format_))
+        throw Failure(name_ + ": would be longer than a WAV file can be");
+    file_.write(static_cast<const std::uint8_t*>(data), bytes);
 }
 
 void WavOutput::write(const std::vector<float>& samples) {
     if (samples.empty()) return;
-    if (format_ == Format::Float32) {
-        writeAll(file_, samples);
-        return;
+    const int count = static_cast<int>(samples.size());
+    switch (format_.samples) {
+        case Format::Int16:
+            integers_.resize(samples.size());
+            limited_ += toInt16(samples.data(), integers_.data(), count);
+            return write(integers_);
+        case Format::Int24:
+            packed_.resize(samples.size() * 3);
+            limited_ += toInt24(samples.data(), packed_.data(), count);
+            return writeBytes(packed_.data(), packed_.size());
+        case Format::Float32:
+            return writeBytes(samples.data(), samples.size() * sizeof(float));
     }
-    integers_.resize(samples.size());
-    limited_ += toInt16(samples.data(), integers_.data(), static_cast<int>(samples.size()));
-    write(integers_);
 }
 
-void WavOutput::write(const std::vector<std::int16_t>& samples) { writeAll(file_, samples); }
+void WavOutput::write(const std::vector<std::int16_t>& samples) {
+    writeBytes(samples.data(), samples.size() * sizeof(std::int16_t));
+}
+
+void WavOutput::commit() {
+    constexpr std::uint8_t kPadding = 0;
+    if (bytes_ % 2 != 0) file_.write(&kPadding, 1);
+    const long long frames = bytes_ / bytesOfFrame(format_);
+    if (frames != declared_) {
+        const std::vector<std::uint8_t> header = wavHeader(format_, frames);
+        if (!file_.rewriteStart(header.data(), header.size()))
+            throw Failure(name_ + ": its header, which cannot be changed any more, tells of " +
+                          std::to_string(declared_) + " samples a channel in place of " +
+                          std::to_string(frames));
+    }
+    file_.commit();
+}
 
 }  // namespace mozep_program

@@ -12,7 +12,7 @@
 
 namespace zep::bench {
 
-// Forward, out of place; a plan serves all arrays on cache line boundaries.
+// Out of place; a plan serves all arrays on cache line boundaries.
 class FftwPlan {
 public:
     using Make = fftwf_plan (*)(int N, float* src, fftwf_complex* dst, unsigned effort);
@@ -24,6 +24,16 @@ public:
     // N samples to N/2 + 1 bins.
     static fftwf_plan real(int N, float* src, fftwf_complex* dst, unsigned effort) {
         return fftwf_plan_dft_r2c_1d(N, src, dst, effort);
+    }
+
+    // Backward: `src` holds the samples, `dst` the spectrum here too. The real one overwrites its
+    // spectrum.
+    static fftwf_plan complexInverse(int N, float* src, fftwf_complex* dst, unsigned effort) {
+        return fftwf_plan_dft_1d(N, dst, reinterpret_cast<fftwf_complex*>(src), FFTW_BACKWARD,
+                                 effort);
+    }
+    static fftwf_plan realInverse(int N, float* src, fftwf_complex* dst, unsigned effort) {
+        return fftwf_plan_dft_c2r_1d(N, dst, src, effort);
     }
 
     FftwPlan(Make make, int order) {
@@ -47,6 +57,9 @@ public:
     }
     void run(Zep32f* src, Zep32fc* dst) const {
         fftwf_execute_dft_r2c(plan_, src, reinterpret_cast<fftwf_complex*>(dst));
+    }
+    void run(Zep32fc* src, Zep32f* dst) const {
+        fftwf_execute_dft_c2r(plan_, reinterpret_cast<fftwf_complex*>(src), dst);
     }
 
 private:

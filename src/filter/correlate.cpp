@@ -1,97 +1,23 @@
-// Blocks of several output vectors, with one tap at a time broadcast to all of them. Blocks of few
-// vectors take several taps at once instead, so that as many sums are under way.
+// Outputs whose sums are of one length, and those that hang over an end of the samples.
 //
-// A block whose sums are not of one length runs in three segments of taps: those that meet samples
-// in front of the first one in some lanes, those that meet samples only, and those that meet samples
-// behind the last. The first and the last read copies of the array's ends, with zeros beyond them.
-// A zero times an infinite tap is NaN, which the sum as defined need not be: outputs of such a block
-// that come out NaN are summed again, one by one.
+// A block of the latter runs in three segments of taps: those that meet samples in front of the
+// first one in some lanes, those that meet samples only, and those that meet samples behind the
+// last. The first and the last read copies of the array's ends, with zeros beyond them. A zero times
+// an infinite tap is NaN, which the sum as defined need not be: outputs of such a block that come
+// out NaN are summed again, one by one.
 #include "filter/correlate.h"
 
-#include "simd/unroll.h"
-#include "simd/vec.h"
+#include "filter/correlate_sums.h"
 
 namespace zep::ZEP_VARIANT::filter {
 namespace {
 
-using V = simd::Native<float>;
-using Index = std::ptrdiff_t;
-constexpr Index W = V::lanes;
-
-struct RealTaps {
-    static constexpr int parts = 1;  // of an element, and sums that a vector of outputs needs
-    [[gnu::always_inline]] static V finish(const V (&sum)[1]) { return sum[0]; }
-};
-
-// x * h from x * re(h) and x * im(h), interleaved.
-struct ComplexTaps {
-    static constexpr int parts = 2;
-    [[gnu::always_inline]] static V finish(const V (&sum)[2]) {
-        return subAdd(sum[0], swapPairs(sum[1]));
-    }
-    [[gnu::always_inline]] static Zep32fc product(Zep32fc h, Zep32fc x) {
-        return {h.re * x.re - h.im * x.im, h.re * x.im + h.im * x.re};
-    }
-};
-struct ConjugateTaps {
-    static constexpr int parts = 2;
-    [[gnu::always_inline]] static V finish(const V (&sum)[2]) {
-        return subAdd(sum[0], swapPairs(V::zero() - sum[1]));
-    }
-    [[gnu::always_inline]] static Zep32fc product(Zep32fc h, Zep32fc x) {
-        return {h.re * x.re + h.im * x.im, h.re * x.im - h.im * x.re};
-    }
-};
-
-// Taps h[0 .. count-1], the first of which meets x[0] for output 0; all in scalars but the count.
-struct Segment {
-    const float* h;
-    const float* x;
-    Index count;
-};
-
 // The first `outputs` scalars of R vectors of outputs. True where one of R vectors has a NaN.
 template <class K, int R>
 bool block(const Segment* segments, int segmentCount, float* y, Index outputs) {
-    constexpr int P = K::parts, kSums = 8;
-    constexpr int U = R * P < kSums ? kSums / (R * P) : 1;  // taps at once
-    V sum[U][R][P];
-    simd::unroll<U>([&](auto u) {
-        simd::unroll<R>(
-            [&](auto r) { simd::unroll<P>([&](auto p) { sum[u][r][p] = V::zero(); }); });
-    });
-    const auto tap = [&](auto u, const float* h, const float* x) __attribute__((always_inline)) {
-        V t[P];
-        simd::unroll<P>([&](auto p) { t[p] = V::broadcast(simd::readAny(h + p)); });
-        simd::unroll<R>([&](auto r) {
-            const V v = V::load(x + r * W);
-            simd::unroll<P>([&](auto p) { sum[u][r][p] = mulAdd(v, t[p], sum[u][r][p]); });
-        });
-    };
-    for (int s = 0; s < segmentCount; ++s) {
-        const float *h = segments[s].h, *x = segments[s].x;
-        Index n = segments[s].count;
-        for (; n >= U; n -= U, h += U * P, x += U * P)
-            simd::unroll<U>([&](auto u) { tap(u, h + u * P, x + u * P); });
-        if constexpr (U > 1)
-            for (; n > 0; --n, h += P, x += P) tap(std::integral_constant<int, 0>{}, h, x);
-    }
-    bool nan = false;
-    simd::unroll<R>([&](auto r) {
-        V total[P];
-        simd::unroll<P>([&](auto p) {
-            total[p] = sum[0][r][p];
-            simd::unroll<U - 1>([&](auto u) { total[p] = total[p] + sum[u + 1][r][p]; });
-        });
-        const V result = K::finish(total);
-        nan |= any(result != result);
-        const Index left = outputs - r * W;
-        if (left >= W)
-            result.store(y + r * W);
-        else if (left > 0)
-            result.storePartial(y + r * W, static_cast<int>(left));
-    });
-    return nan;
+    OutputSums<K, R> sums;
+    for (int s = 0; s < segmentCount; ++s) sums.add(segments[s]);
+    return sums.store(y, outputs);
 }
 
 constexpr Index clamp(Index n, Index low, Index high) {
@@ -116,13 +42,18 @@ public:
     void run(Index lag, T* dst, Index count) {
         auto* y = reinterpret_cast<float*>(dst);
         while (count > 0) {
-            Index n = kRows * kVector;
-            if (lag >= 0 && count >= n && lag + n - 1 + taps_ <= samples_) {
-                const Segment whole{h_, x_ + lag * P, taps_};
-                block<K, kRows>(&whole, 1, y, n * P);
-            } else if (count <= kVector) {
+            // The lags 0 .. samples - taps have sums of one length. What fills no vector goes with
+            // what follows, if something does.
+            Index n = lag < 0 ? 0 : samples_ - taps_ + 1 - lag;
+            if (n >= count)
+                n = count;
+            else if (n > 0)
+                n = n / kVector * kVector;
+            if (n >= kVector) {
+                whole(lag, y, n);
+            } else if (count <= kVector || (lag < 0 && -lag <= kVector && samples_ >= taps_)) {
                 n = edge<1>(lag, y, count);
-            } else if (count <= 2 * kVector) {
+            } else if (count <= 2 * kVector || (lag < 0 && -lag <= 2 * kVector)) {
                 n = edge<2>(lag, y, count);
             } else {
                 n = edge<kEdgeRows>(lag, y, count);
@@ -133,7 +64,31 @@ public:
         }
     }
 
+    // At least a vector of outputs with sums of one length; the last ones are computed twice where
+    // they do not fill one.
+    void whole(Index lag, float* y, Index count) const {
+        const float* x = x_ + lag * P;
+        rows<kRows>(x, y, count);
+        rows<4 / P>(x, y, count);
+        if constexpr (P == 1) rows<2>(x, y, count);
+        rows<1>(x, y, count);
+        if (count > 0) {
+            x -= (kVector - count) * P;
+            y -= (kVector - count) * P;
+            rows<1>(x, y, count = kVector);
+        }
+    }
+
 private:
+    template <int R>
+    [[gnu::always_inline]] void rows(const float*& x, float*& y, Index& count) const {
+        for (; count >= R * kVector; count -= R * kVector, x += R * W, y += R * W) {
+            OutputSums<K, R> sums;
+            sums.add({h_, x, taps_});
+            sums.storeAll(y);
+        }
+    }
+
     template <int R>
     Index edge(Index lag, float* y, Index count) {
         constexpr Index kBlock = R * kVector;

@@ -22,17 +22,20 @@ ZepStatus direct(const T* src, T* dst, int n, ZepFIRState& state) {
     const T* taps = static_cast<const T*>(state.pTapsRev);
     T* delay = static_cast<T*>(state.pDlyLine) + state.dlyLineIndex;
     state.dlyLineIndex = 0;
-    const int split = n < state.splitCount ? n : state.splitCount;
-    // Entry 0, the oldest, meets no tap.
-    TransformOf<T>::copy(src, delay + L, split);
-    if (n <= state.splitCount) {
-        filter::correlate(taps, L, delay + 1, std::int64_t{L} - 1 + n, 0, dst, n);
+    const bool isShort = n <= state.splitCount || n <= filter::kShortCall;
+    const int copied = isShort ? n : state.splitCount;
+    // Entry 0, the oldest, meets no tap. What lies behind the new samples meets outputs that are
+    // not stored.
+    TransformOf<T>::copy(src, delay + L, copied);
+    const std::int64_t samples = std::int64_t{L} - 1 + copied + filter::kDelaySlack<T>;
+    if (isShort) {
+        filter::correlate(taps, L, delay + 1, samples, 0, dst, n);
         move(delay + n, delay, L);
         return zepStsNoErr;
     }
     // From output A on, all L samples are the caller's.
     const int A = (L + 3) & ~3;
-    filter::correlate(taps, L, delay + 1, std::int64_t{L} - 1 + split, 0, dst, A);
+    filter::correlate(taps, L, delay + 1, samples, 0, dst, A);
     TransformOf<T>::copy(src + (n - L), delay, L);
     filter::correlate(taps, L, src, n, A - L + 1, dst + A, n - A);
     return zepStsNoErr;

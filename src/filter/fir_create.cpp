@@ -33,7 +33,7 @@ template <class T>
 ZepFIRState* layOut(Layout& layout, std::int64_t L, std::int64_t fftLen, int workBytes) {
     auto* state = layout.piece<ZepFIRState>(1);
     T* taps = layout.piece<T>(L);
-    T* delay = layout.piece<T>(L + FirTraits<T>::splitCount(L));
+    T* delay = layout.piece<T>(filter::delayLength<T>(L));
     T* spectrum = layout.piece<T>(fftLen);
     Zep8u* work = layout.piece<Zep8u>(workBytes);
     T* buffer = layout.piece<T>(fftLen);
@@ -93,10 +93,8 @@ ZepStatus create(ZepFIRState** ppState, const T* taps, int L, const T* history) 
     state->ownsMemory = 1;
     reversed(taps, static_cast<T*>(state->pTapsRev), L);
     auto* delay = static_cast<T*>(state->pDlyLine);
-    if (history != nullptr)
-        reversed(history, delay, L);
-    else
-        Of::zero(delay, L);
+    Of::zero(delay, filter::delayLength<T>(L));
+    if (history != nullptr) reversed(history, delay, L);
     *ppState = state;
     if (N > 0) {
         auto* spectrum = static_cast<T*>(state->pFFTTaps);

@@ -1,8 +1,8 @@
 // What single-rate filters keep in their record.
 //
 // The delay buffer begins with the last dlyLineLen inputs, oldest first; behind them is room for the
-// first splitCount samples of a call, so that outputs which need both are sums over one array. All
-// routes leave the same history, so they may change from call to call.
+// first splitCount samples of a call, or for all of a short one, so that outputs which need both are
+// sums over one array. All routes leave the same history, so they may change from call to call.
 #pragma once
 
 #include <cstddef>
@@ -50,6 +50,17 @@ struct FirTraits<Zep32fc> {
     static constexpr int transformFromTaps = 16, transformFromSamples = 256;
     static constexpr std::int64_t splitCount(std::int64_t L) { return (L + 3) & ~3; }
 };
+
+// A call of so few samples passes through the delay buffer as a whole. Behind them a vector may be
+// read.
+constexpr int kShortCall = 512;
+template <class T>
+constexpr int kDelaySlack = 64 / sizeof(T);
+template <class T>
+constexpr std::int64_t delayLength(std::int64_t L) {
+    const std::int64_t split = FirTraits<T>::splitCount(L);
+    return L + (split < kShortCall ? kShortCall : split) + kDelaySlack<T>;
+}
 
 template <class T>
 bool isSingleRate(const ZepFIRState& state) {

@@ -11,6 +11,8 @@ constexpr int kExtensionBytes = 22;
 
 int bitsOf(WavFormat::Samples samples) {
     switch (samples) {
+        case WavFormat::Samples::UInt8:
+            return 8;
         case WavFormat::Samples::Int16:
             return 16;
         case WavFormat::Samples::Int24:
@@ -24,7 +26,8 @@ bool isFloat(const WavFormat& format) { return format.samples == WavFormat::Samp
 
 // Older readers know the plain form alone.
 bool isExtensible(const WavFormat& format) {
-    return format.channels > 2 || format.samples == WavFormat::Samples::Int24;
+    return format.channels > 2 || format.samples == WavFormat::Samples::Int24 ||
+           format.samples == WavFormat::Samples::Int32;
 }
 
 int formatBytes(const WavFormat& format) {

@@ -9,7 +9,7 @@
 namespace mozep_program {
 
 struct WavFormat {
-    enum class Samples { Int16, Int24, Float32 };
+    enum class Samples { UInt8, Int16, Int24, Int32, Float32 };
     Samples samples;
     int rate;
     int channels = 1;

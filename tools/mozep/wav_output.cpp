@@ -29,6 +29,10 @@ void WavOutput::write(const std::vector<float>& samples) {
     if (samples.empty()) return;
     const int count = static_cast<int>(samples.size());
     switch (format_.samples) {
+        case Format::UInt8:
+            packed_.resize(samples.size());
+            limited_ += toUInt8(samples.data(), packed_.data(), count);
+            return writeBytes(packed_.data(), packed_.size());
         case Format::Int16:
             integers_.resize(samples.size());
             limited_ += toInt16(samples.data(), integers_.data(), count);
@@ -37,6 +41,10 @@ void WavOutput::write(const std::vector<float>& samples) {
             packed_.resize(samples.size() * 3);
             limited_ += toInt24(samples.data(), packed_.data(), count);
             return writeBytes(packed_.data(), packed_.size());
+        case Format::Int32:
+            wide_.resize(samples.size());
+            limited_ += toInt32(samples.data(), wide_.data(), count);
+            return writeBytes(wide_.data(), wide_.size() * sizeof(std::int32_t));
         case Format::Float32:
             return writeBytes(samples.data(), samples.size() * sizeof(float));
     }

@@ -41,6 +41,7 @@ private:
     WavFormat format_;
     long long declared_, bytes_ = 0, limited_ = 0;
     std::vector<std::int16_t> integers_;
+    std::vector<std::int32_t> wide_;
     std::vector<std::uint8_t> packed_;
 };
 

@@ -18,7 +18,6 @@ namespace mozep_program {
 namespace {
 
 constexpr int kMinBlock = 16, kMaxBlock = 1 << 22;
-constexpr std::size_t kPlotColumns = 4000;
 
 constexpr const char* kMethod =
     "Method: Welch's. Blocks overlap by half and are weighted by a Hann window; the squared\n"
@@ -78,22 +77,11 @@ void printCsv(const std::vector<double>& power, double binHz) {
 
 void plot(const Options& options, const std::vector<double>& power, double binHz) {
     Curve curve{"Spectrum of " + options.file, "Frequency in Hz", "Level in dBFS", {}, {}};
-    const auto add = [&](std::vector<double>::const_iterator bin) {
-        curve.x.push_back(static_cast<double>(bin - power.begin()) * binHz);
-        curve.y.push_back(decibel(*bin));
-    };
-    // Where bins are finer than the picture, a group of them shows as its lowest and its highest
-    // level.
-    const std::size_t group = (power.size() + kPlotColumns - 1) / kPlotColumns;
-    for (std::size_t k = 0; k < power.size(); k += group) {
-        const auto last =
-            power.begin() + static_cast<std::ptrdiff_t>(std::min(k + group, power.size()));
-        const auto [low, high] =
-            std::minmax_element(power.begin() + static_cast<std::ptrdiff_t>(k), last);
-        add(std::min(low, high));
-        if (low != high) add(std::max(low, high));
+    for (std::size_t k = 0; k < power.size(); ++k) {
+        curve.x.push_back(static_cast<double>(k) * binHz);
+        curve.y.push_back(decibel(power[k]));
     }
-    plotSvg(curve, options.plot);
+    plotSvg({curve}, options.plot);
 }
 
 void readAll(SoundFile& file, Welch& welch) {

@@ -17,9 +17,12 @@ class Failure : public std::runtime_error {
 void warn(const std::string& command, const std::string& message);
 
 void addConvert(CLI::App& app);
+void addDesign(CLI::App& app);
+void addFilter(CLI::App& app);
 void addGunzip(CLI::App& app);
 void addInfo(CLI::App& app);
 void addNoise(CLI::App& app);
+void addResample(CLI::App& app);
 void addSpeech(CLI::App& app);
 void addSpectrum(CLI::App& app);
 void addStats(CLI::App& app);

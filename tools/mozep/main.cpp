@@ -67,9 +67,12 @@ int main(int argc, char** argv) {
     // A limit on the size of files is an error like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     addConvert(app);
+    addDesign(app);
+    addFilter(app);
     addGunzip(app);
     addInfo(app);
     addNoise(app);
+    addResample(app);
     addSpeech(app);
     addSpectrum(app);
     addStats(app);

@@ -51,61 +51,20 @@ RationalResampler::RationalResampler(int fromRate, int toRate) {
                       std::to_string(toRate) + " Hz: their ratio, " + std::to_string(down) + ':' +
                       std::to_string(up) + ", has a number above " +
                       std::to_string(kLargestFactor));
-    up_ = up;
-    down_ = down;
     if (up == down) return;
     const std::vector<float> taps = lowpass(up, down);
-    const int length = static_cast<int>(taps.size()), centre = length / 2;
-    ZepFIRState* filter = nullptr;
-    requireSuccess(
-        zepsFIRMRInitAlloc_32f(&filter, taps.data(), length, up, 0, down, centre % down, nullptr));
-    filter_.reset(filter);
-    ahead_ = centre / down;
-    constexpr int kAtOnce = 16384;  // inputs or outputs, unless a single turn has more
-    room_ = static_cast<std::size_t>(std::max(kAtOnce / std::max(up, down), 1) * down);
-    waiting_.reserve(room_);
+    filter_.emplace(taps, up, down, static_cast<int>(taps.size()) / 2);
 }
 
 void RationalResampler::add(std::span<const float> in, std::vector<float>& out) {
-    received_ += static_cast<long long>(in.size());
-    if (filter_ == nullptr) {
+    if (filter_)
+        filter_->add(in, out);
+    else
         out.insert(out.end(), in.begin(), in.end());
-        return;
-    }
-    while (!in.empty()) {
-        const auto taken = in.first(std::min(in.size(), room_ - waiting_.size()));
-        waiting_.insert(waiting_.end(), taken.begin(), taken.end());
-        in = in.subspan(taken.size());
-        filterWaiting(out);
-    }
 }
 
 void RationalResampler::finish(std::vector<float>& out) {
-    if (filter_ == nullptr) return;
-    while (produced_ < lengthAfter(received_)) {
-        waiting_.resize(room_);
-        filterWaiting(out);
-    }
-    out.resize(out.size() - static_cast<std::size_t>(produced_ - lengthAfter(received_)));
-    produced_ = lengthAfter(received_);
-}
-
-// As much of the inputs that wait as the filter can take.
-void RationalResampler::filterWaiting(std::vector<float>& out) {
-    const auto up = static_cast<std::size_t>(up_), down = static_cast<std::size_t>(down_);
-    const std::size_t turns = waiting_.size() / down, count = turns * up, before = out.size();
-    if (turns == 0) return;
-    out.resize(before + count);
-    requireSuccess(
-        zepsFIR_32f(waiting_.data(), out.data() + before, static_cast<int>(turns), filter_.get()));
-    const auto at = [](auto& values, std::size_t n) {
-        return values.begin() + static_cast<std::ptrdiff_t>(n);
-    };
-    waiting_.erase(waiting_.begin(), at(waiting_, turns * down));
-    const auto early = std::min(static_cast<std::size_t>(ahead_), count);
-    out.erase(at(out, before), at(out, before + early));
-    ahead_ -= static_cast<long long>(early);
-    produced_ += static_cast<long long>(count - early);
+    if (filter_) filter_->finish(out);
 }
 
 }  // namespace mozep_program

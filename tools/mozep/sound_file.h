@@ -20,7 +20,9 @@ public:
     // As the file declares it: not a promise.
     double declaredFrames() const { return static_cast<double>(info_.frames); }
     bool lengthIsKnown() const;
-    // How its samples are stored, in words.
+    // How its samples are stored: one of sndfile's SF_FORMAT_PCM_16 and so on.
+    int subtype() const { return info_.format & SF_FORMAT_SUBMASK; }
+    // The same in words.
     std::string encoding() const;
     // The loudspeakers of the channels as in WavFormat, 0 where the file does not tell.
     std::uint32_t speakers() const;

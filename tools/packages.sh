@@ -23,4 +23,4 @@ need() {
 # What each kind of build needs on Debian 12.
 build_packages=(build-essential cmake ninja-build)
 tool_packages=(pkg-config libcli11-dev libsndfile1-dev zlib1g-dev gnuplot-nox)
-test_packages=(libgtest-dev libgmock-dev python3 qemu-user)
+test_packages=(libgtest-dev libgmock-dev python3 qemu-user sox libspandsp-dev)  # the last two: peers of the speech codecs

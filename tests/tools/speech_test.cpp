@@ -3,8 +3,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <numbers>
+#include <tuple>
 
 #include "speech/data_files.h"
 #include "support/program.h"
@@ -36,6 +39,30 @@ std::string packed(const Codes& codes, int bits) {
             bytes[n / 8] = static_cast<char>(bytes[n / 8] | 1 << n % 8);
     }
     return bytes;
+}
+
+// Codes of 10 bits: the first code in the highest bits of the first byte.
+std::string packedG728(const Samples& codes) {
+    std::string bytes(codes.size() * 10 / 8, '\0');
+    for (std::size_t n = 0; n < codes.size() * 10; ++n)
+        if ((codes[n / 10] >> (9 - n % 10) & 1) != 0)
+            bytes[n / 8] = static_cast<char>(bytes[n / 8] | 128 >> n % 8);
+    return bytes;
+}
+
+std::string littleEndian(const Samples& words) {
+    return {reinterpret_cast<const char*>(words.data()), 2 * words.size()};
+}
+
+// Signal to difference, in dB.
+double likeness(const Samples& a, const Samples& b) {
+    EXPECT_EQ(a.size(), b.size());
+    double signal = 0, difference = 0;
+    for (std::size_t n = 0; n < std::min(a.size(), b.size()); ++n) {
+        signal += double{1} * b[n] * b[n];
+        difference += double{1} * (a[n] - b[n]) * (a[n] - b[n]);
+    }
+    return 10 * std::log10(signal / difference);
 }
 
 std::string text(const Codes& codes) { return {codes.begin(), codes.end()}; }
@@ -157,6 +184,80 @@ TEST_F(Speech, FillsTheLastByteWithZeros) {
     }
 }
 
+TEST_F(Speech, CodesTheOfficialSequencesOfG728) {
+    const std::vector<std::string> plain{"--codec", "g728"},
+        unpacked{"--codec", "g728", "--unpacked"};
+    for (const char* name : {"g728/in1", "g728/in3"}) {
+        const Samples codes = readWords(std::string(name) + ".codes16");
+        ASSERT_EQ(codes.size() % 4, 0u);
+        writeWav(path("in.wav"), readWords(std::string(name) + ".s16"), kSpeechRate);
+        EXPECT_EQ(result("encode", "in.wav", unpacked), littleEndian(codes)) << name;
+        EXPECT_EQ(result("encode", "in.wav", plain), packedG728(codes)) << name;
+    }
+    for (const char* name : {"g728/cw1", "g728/cw3"}) {
+        const Samples codes = readWords(std::string(name) + ".codes16"),
+                      samples = readWords(std::string(name) + "_nopostfilter.s16");
+        write("packed", packedG728(codes));
+        EXPECT_EQ(decoded("packed", {"--codec", "g728", "--no-postfilter"}), samples) << name;
+        write("unpacked", littleEndian(codes));
+        EXPECT_EQ(decoded("unpacked", {"--codec", "g728", "--no-postfilter", "--unpacked"}),
+                  samples)
+            << name;
+    }
+    // Alike only, since the library's postfilter is not quite that of the recommendation.
+    write("packed", packedG728(readWords("g728/cw4a.codes16")));
+    EXPECT_GT(likeness(decoded("packed", plain), readWords("g728/cw4a_postfilter.s16")), 25);
+}
+
+TEST_F(Speech, FillsTheLastFrameOfG728WithSilence) {
+    const Samples samples = readWords("g728/in1.s16"), codes = readWords("g728/in1.codes16");
+    for (const std::size_t count : {1, 20, 21, 4001}) {
+        const std::size_t frames = (count + 19) / 20, whole = count / 20 * 4;
+        writeWav(path("in.wav"),
+                 Samples(samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(count)),
+                 kSpeechRate);
+        const std::string bytes = result("encode", "in.wav", {"--codec", "g728"});
+        EXPECT_EQ(bytes.size(), 5 * frames);
+        EXPECT_EQ(bytes.substr(0, whole * 10 / 8),
+                  packedG728({codes.begin(), codes.begin() + static_cast<std::ptrdiff_t>(whole)}));
+        write("packed", bytes);
+        EXPECT_EQ(decoded("packed", {"--codec", "g728"}).size(), 20 * frames);
+    }
+}
+
+// A tone at other rates is the tone at 8000 Hz.
+TEST_F(Speech, ResamplesAndSaysSo) {
+    const auto tone = [](int rate, int channels) {
+        std::vector<float> x;
+        for (int n = 0; n < rate; ++n)
+            for (int c = 0; c < channels; ++c)
+                x.push_back(static_cast<float>((c == 0 ? 0.5 * channels : 0) *
+                                               std::cos(2 * std::numbers::pi * 440 * n / rate)));
+        return x;
+    };
+    Samples expected;
+    for (const float v : tone(kSpeechRate, 1))
+        expected.push_back(static_cast<std::int16_t>(std::lrint(v * 32768)));
+    const std::string start = "mozep speech: warning: " + path("in.wav") + ": ";
+    for (const auto& [rate, channels, words] :
+         {std::tuple{48000, 1, "was resampled from 48000 to 8000 Hz"},
+          std::tuple{44100, 2,
+                     "the mean of its 2 channels, resampled from 44100 to 8000 Hz, was coded"},
+          std::tuple{5512, 1, "was resampled from 5512 to 8000 Hz"}}) {
+        writeWav(path("in.wav"), tone(rate, channels), rate, channels);
+        const ProgramResult encoded = run("encode", "in.wav", {"--codec", "ulaw"});
+        EXPECT_EQ(encoded.code, 0);
+        EXPECT_EQ(encoded.error, start + words + "\n");
+        std::filesystem::rename(path("out"), path("codes"));
+        // mu-law rounds to 38 dB below the sample; the ends of the filter see silence outside.
+        const Samples samples = decoded("codes", {"--codec", "ulaw"});
+        ASSERT_EQ(samples.size(), expected.size());
+        EXPECT_GT(likeness({samples.begin() + 500, samples.end() - 500},
+                           {expected.begin() + 500, expected.end() - 500}),
+                  35);
+    }
+}
+
 TEST_F(Speech, TakesTheMeanOfChannelsAndLimitsFloats) {
     writeWav(path("in.wav"), std::vector<float>{0.5F, 0.25F, 2.0F, 1.5F, -1.0F, -1.0F}, kSpeechRate,
              2);
@@ -184,8 +285,19 @@ TEST_F(Speech, SaysWhatItCannotCode) {
     write("text", "no sound at all, whatever the program thinks of it");
     expectFailure("encode", "text", ulaw, "is no sound file that can be read");
     expectFailure("decode", "text", g726, "byte 0 is no code of 4 bits");
-    writeWav(path("fast.wav"), Samples(100), 48000);
-    expectFailure("encode", "fast.wav", ulaw, "has 48000 Hz in place of 8000");
+    writeWav(path("fast.wav"), Samples(100), 96001);
+    expectFailure("encode", "fast.wav", ulaw, "cannot resample 96001 Hz to 8000 Hz");
+    write("odd", "\1\2\3");
+    write("high", "\1\4");
+    expectFailure("decode", "odd", {"--codec", "g728", "--unpacked"}, "odd: ends within a code");
+    expectFailure("decode", "high", {"--codec", "g728", "--unpacked"},
+                  "byte 0 is no code of 10 bits");
+    write("short", "\1");
+    expectFailure("decode", "short", {"--codec", "g728"}, "short: holds no whole code");
+    expectFailure("decode", "short", {"--codec", "ulaw", "--no-postfilter"}, "--no-postfilter",
+                  kWrongUsage);
+    expectFailure("encode", "fast.wav", {"--codec", "g728", "--no-postfilter"}, "--no-postfilter",
+                  kWrongUsage);
     expectFailure("encode", "fast.wav", {}, "--codec", kWrongUsage);
     expectFailure("encode", "fast.wav", {"--codec", "g726-48"}, "--codec", kWrongUsage);
     expectFailure("recode", "fast.wav", ulaw, "ACTION", kWrongUsage);

@@ -146,7 +146,7 @@ std::uint32_t SoundFile::speakers() const {
 }
 
 std::string SoundFile::shortfall() const {
-    const std::string cut = cutData(file_.get());
+    std::string cut = cutData(file_.get());
     if (!cut.empty()) return cut;
     if (!lengthIsKnown()) return "it does not say where it ends";
     if (framesRead_ < info_.frames)

@@ -17,6 +17,8 @@ void g728EncoderFree(G728Encoder* encoder);
 /* 5 samples to a code word: 8 * shape + gain. */
 Zep16s g728Encode(G728Encoder* encoder, const Zep16s* pcm);
 
+/* Without postfilter the speech is that of the recommendation to the bit. With it the library's rule
+ * for the period of voices differs: alike to 33 dB on the official sequence. */
 G728Decoder* g728DecoderCreate(int postfilter);
 void g728DecoderFree(G728Decoder* decoder);
 /* A code word, of which the low 10 bits count, to 5 samples. */

@@ -57,14 +57,17 @@ TEST_P(G728Codec, DecoderGivesTheOfficialSpeechWithoutPostfilter) {
             << name;
 }
 
-// The postfilter searches its period a little wider and forms its comb in another order than the
-// recommendation: alike, not equal. Without it the same codes give a signal 7 dB further away.
+// 28.7 dB alike here, and 33.4 dB over five times as many codes. It is the period that differs: the
+// library always weighs the period found against the past one, the recommendation only where it is
+// longer by more than 6 samples, and with a narrower search. With periods by that rule the same
+// decoder comes within 6 of 32768 of every sample, 75 dB, by the rounding of its comb alone. Without
+// the postfilter the same codes give a signal 7 dB further away.
 TEST_P(G728Codec, PostfilteredSpeechIsCloseToTheOfficialOne) {
     const Words codes = readWords("g728/cw4a.codes16"),
                 expected = readWords("g728/cw4a_postfilter.s16");
     const double filtered = likeness(decode(codes, true), expected),
                  plain = likeness(decode(codes, false), expected);
-    EXPECT_GT(filtered, 25);
+    EXPECT_GT(filtered, 28);
     EXPECT_GT(filtered, plain + 5) << "filtered " << filtered << " plain " << plain;
 }
 

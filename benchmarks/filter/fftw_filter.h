@@ -14,26 +14,28 @@
 
 namespace zep::bench {
 
+using Plan = FftwPlan<Zep32f>;
+
 // What differs by sample type: N samples have `bins(N)` values in their spectrum.
 template <class T>
 struct Spectra;
 template <>
 struct Spectra<Zep32f> {
-    static constexpr FftwPlan::Make forward = FftwPlan::real, inverse = FftwPlan::realInverse;
+    static constexpr auto forward = Plan::real, inverse = Plan::realInverse;
     static constexpr int bins(int N) { return N / 2 + 1; }
 };
 template <>
 struct Spectra<Zep32fc> {
-    static constexpr FftwPlan::Make forward = FftwPlan::complex, inverse = FftwPlan::complexInverse;
+    static constexpr auto forward = Plan::complex, inverse = Plan::complexInverse;
     static constexpr int bins(int N) { return N; }
 };
 
 // Both directions at 2^order points, one pair for all rows.
 template <class T>
 struct FftwPair {
-    FftwPlan forward, inverse;
+    Plan forward, inverse;
     explicit FftwPair(int order)
-        : forward(Spectra<T>::forward, order), inverse(Spectra<T>::inverse, order) {}
+        : forward(Spectra<T>::forward, 1 << order), inverse(Spectra<T>::inverse, 1 << order) {}
     static const FftwPair& of(int order) {
         static std::map<int, FftwPair> all;
         return all.try_emplace(order, order).first->second;

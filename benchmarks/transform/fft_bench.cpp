@@ -24,7 +24,7 @@ struct ComplexKind {
     static constexpr auto release = zepsFFTFree_C_32fc;
     static constexpr auto bufSize = zepsFFTGetBufSize_C_32fc;
     static constexpr auto forward = zepsFFTFwd_CToC_32fc;
-    static constexpr auto plan = FftwPlan::complex;
+    static constexpr auto plan = FftwPlan<Zep32f>::complex;
 };
 
 struct RealKind {
@@ -36,7 +36,7 @@ struct RealKind {
     static constexpr auto release = zepsFFTFree_R_32f;
     static constexpr auto bufSize = zepsFFTGetBufSize_R_32f;
     static constexpr auto forward = zepsFFTFwd_RToPerm_32f;
-    static constexpr auto plan = FftwPlan::real;
+    static constexpr auto plan = FftwPlan<Zep32f>::real;
 };
 
 // Source and destination of every row of one length. The peer's real spectrum has one bin more than
@@ -85,9 +85,9 @@ void transformOurs(benchmark::State& state, int order) {
 
 template <class Kind>
 void transformFftw(benchmark::State& state, int order) {
-    static std::map<int, FftwPlan> plans;
+    static std::map<int, FftwPlan<Zep32f>> plans;
     auto& [src, dst] = arraysOf<typename Kind::Element>(order);
-    const FftwPlan& plan = plans.try_emplace(order, Kind::plan, order).first->second;
+    const FftwPlan<Zep32f>& plan = plans.try_emplace(order, Kind::plan, 1 << order).first->second;
     for (auto _ : state) {
         plan.run(src.data(), reinterpret_cast<Zep32fc*>(dst.data()));
         benchmark::ClobberMemory();

@@ -37,7 +37,7 @@ struct Row {
     Error complexOurs, complexFftw, realOurs, realFftw;
 };
 
-void transformComplex(int order, const FFTSpecC32fc* spec, const FftwPlan& plan, Row& row,
+void transformComplex(int order, const FFTSpecC32fc* spec, const FftwPlan<Zep32f>& plan, Row& row,
                       std::uint64_t seed) {
     const std::size_t N = std::size_t{1} << order;
     AlignedArray<Zep32fc> x(N), X(N);
@@ -51,7 +51,7 @@ void transformComplex(int order, const FFTSpecC32fc* spec, const FftwPlan& plan,
     row.complexFftw.add(X.data(), want, N);
 }
 
-void transformReal(int order, const FFTSpecR32f* spec, const FftwPlan& plan, Row& row,
+void transformReal(int order, const FFTSpecR32f* spec, const FftwPlan<Zep32f>& plan, Row& row,
                    std::uint64_t seed) {
     const std::size_t N = std::size_t{1} << order;
     AlignedArray<Zep32f> x(N);
@@ -74,7 +74,8 @@ void printRow(int order) {
     if (zepsFFTInitAlloc_C_32fc(&complexSpec, order, ZEP_FFT_SCALE_NONE, 0) != zepStsNoErr ||
         zepsFFTInitAlloc_R_32f(&realSpec, order, ZEP_FFT_SCALE_NONE, 0) != zepStsNoErr)
         std::abort();
-    const FftwPlan complexPlan(FftwPlan::complex, order), realPlan(FftwPlan::real, order);
+    using Plan = FftwPlan<Zep32f>;
+    const Plan complexPlan(Plan::complex, 1 << order), realPlan(Plan::real, 1 << order);
     Row row;
     const int signals = order < 14 ? 1 << (14 - order) : 2;
     for (int s = 0; s < signals; ++s) {

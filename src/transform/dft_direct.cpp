@@ -21,10 +21,71 @@ void transformSingles(const T* src, T* dst, T scale) {
     for (int k = 0; k < N; ++k) (x[k] * V::broadcast(scale)).store(dst + 2 * k);
 }
 
+// W(k * column) of R * lanes points, columns in slot order.
+template <class V, int R>
+struct GridTwiddles {
+    alignas(64) typename V::Scalar w[R][2 * V::lanes];
+};
+template <class V, int R>
+constexpr GridTwiddles<V, R> makeGridTwiddles() {
+    GridTwiddles<V, R> table{};
+    for (int k = 0; k < R; ++k)
+        for (int s = 0; s < V::lanes; ++s) {
+            const UnitRoots<typename V::Scalar, R* V::lanes>& roots =
+                kUnitRoots<typename V::Scalar, R * V::lanes>;
+            table.w[k][s] = roots.cosine[k * simd::slotElement<V>(s)];
+            table.w[k][s + V::lanes] = -roots.sine[k * simd::slotElement<V>(s)];
+        }
+    return table;
+}
+template <class V, int R>
+constexpr GridTwiddles<V, R> kGridTwiddles = makeGridTwiddles<V, R>();
+
+// R rows of as many points as V has lanes, R below that: a butterfly over the rows, a transposition,
+// a butterfly over the columns. Each store reaches into the next row, but for the last.
+template <Direction D, int R, class V, class T>
+inline void transformGrid(const T* src, T* dst, T scale) {
+    using C = simd::SplitComplex<V>;
+    constexpr int W = V::lanes;
+    static_assert(R < W && 2 * R >= W);
+    C x[R];
+#pragma GCC unroll 16
+    for (int n = 0; n < R; ++n) x[n] = simd::loadInterleaved<V>(src + 2 * W * n);
+    butterfly<D, R>(x);
+    V re[W], im[W];
+    simd::unroll<W>([&](auto s) __attribute__((always_inline)) {
+        constexpr int k = simd::slotElement<V>(s);
+        C y = x[k < R ? k : 0];
+        if constexpr (k > 0 && k < R) y = fft::rotate<D>(y, C::load(kGridTwiddles<V, R>.w[k]));
+        re[s] = y.re;
+        im[s] = y.im;
+    });
+    simd::transpose(re);
+    simd::transpose(im);
+    C y[W];
+#pragma GCC unroll 16
+    for (int s = 0; s < W; ++s) y[simd::slotElement<V>(s)] = {re[s], im[s]};
+    butterfly<D, W>(y);
+    const V factor = V::broadcast(scale);
+#pragma GCC unroll 16
+    for (int k = 0; k + 1 < W; ++k) simd::storeInterleaved(y[k] * factor, dst + 2 * R * k);
+    alignas(64) T rest[2 * W];
+    simd::storeInterleaved(y[W - 1] * factor, rest);
+    __builtin_memcpy(dst + 2 * R * (W - 1), rest, 2 * R * sizeof(T));
+}
+
+template <Direction D, int N, class T>
+inline void transformConstant(const T* src, T* dst, T scale) {
+    if constexpr (N == 12 && kLanes<T> >= 4)
+        transformGrid<D, 3, simd::Vec<T, 4>>(src, dst, scale);
+    else
+        transformSingles<D, N>(src, dst, scale);
+}
+
 template <Direction D, class T, int N = 3>
 inline void transformLength(const T* src, T* dst, int len, T scale) {
     if (len == N)
-        transformSingles<D, N>(src, dst, scale);
+        transformConstant<D, N>(src, dst, scale);
     else if constexpr (N < 15)
         transformLength<D, T, N + 1>(src, dst, len, scale);
 }
@@ -42,12 +103,46 @@ void transformReal(const float* src, float* dst, float scale) {
     for (int k = 1; k <= (N - 1) / 2; ++k) (x[k] * V::broadcast(scale)).store(dst + 2 * k - 1);
 }
 
+// Even lengths: half as many pairs, folded; see fft_fold.cpp for the formula.
+template <int N>
+void transformFolded(const float* src, float* dst, float factor) {
+    using V = Single<float>;
+    using C = simd::SplitComplex<V>;
+    constexpr int h = N / 2;
+    constexpr UnitRoots<float, N> roots = kUnitRoots<float, N>;
+    const V scale = V::broadcast(factor);
+    C z[h];
+#pragma GCC unroll 16
+    for (int n = 0; n < h; ++n) z[n] = C::load(src + 2 * n);
+    butterfly<Direction::Forward, h>(z);
+    (C{z[0].re + z[0].im, z[0].re - z[0].im} * scale).store(dst);
+    if constexpr (h % 2 == 0) (C{z[h / 2].re, V{-z[h / 2].im.v}} * scale).store(dst + h);
+    simd::unroll<(h - 1) / 2>([&](auto i) __attribute__((always_inline)) {
+        constexpr int k = i + 1;
+        const V A = V::broadcast(0.5f * roots.cosine[k]);
+        const V B = V::broadcast(0.5f - 0.5f * roots.sine[k]);
+        const C a = z[k], b = z[h - k];
+        const V dr = a.re - b.re, di = a.im + b.im;
+        const V u = B * dr + A * di, v = B * di - A * dr;
+        (C{b.re + u, v - b.im} * scale).store(dst + 2 * k);
+        (C{a.re - u, v - a.im} * scale).store(dst + 2 * (h - k));
+    });
+}
+
+template <int N>
+inline void transformRealConstant(const float* src, float* dst, float scale) {
+    if constexpr (N % 2 == 0)
+        transformFolded<N>(src, dst, scale);
+    else
+        transformReal<N>(src, dst, scale);
+}
+
 template <int N = 1>
 inline void transformRealLength(const float* src, float* dst, int len, float scale) {
     if (len == N)
-        transformReal<N>(src, dst, scale);
-    else if constexpr (N < 15)
-        transformRealLength<N + 2>(src, dst, len, scale);
+        transformRealConstant<N>(src, dst, scale);
+    else if constexpr (N < 16)
+        transformRealLength<N + 1>(src, dst, len, scale);
 }
 
 }  // namespace
@@ -64,11 +159,7 @@ void Run<D, T>::direct(const T* src, T* dst, int len, T scale) {
 }
 
 void directReal(const float* src, float* dst, int len, float scale) {
-    if (len % 2 != 0) return transformRealLength(src, dst, len, scale);
-    Run<Direction::Forward, float>::direct(src, dst, len / 2, 1.0f);
-    foldShort(dst, len);
-    if (scale == 1) return;
-    for (int k = 0; k < len; ++k) simd::writeAny(dst + k, simd::readAny(dst + k) * scale);
+    transformRealLength(src, dst, len, scale);
 }
 
 template struct Run<Direction::Forward, float>;

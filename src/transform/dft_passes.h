@@ -2,13 +2,18 @@
 //
 // After the passes with product s, element q + s*g is bin q of the s points g, g + N/s, g + 2N/s ...
 // of the source. The first stage takes its points N/r apart and writes each group of r bins
-// together, vectors running over the groups. A pass of radix r takes the same bin q of r groups,
-// rotates it by W(k*q) of s*r points and writes bins q + s*j, vectors running over q. All reads of
-// a pass are in one array and all writes in the other.
+// together, vectors running over the groups: the one pass that turns rows into columns. A pass of
+// radix r takes the same bin q of r groups, rotates it by W(k*q) of s*r points and writes bins
+// q + s*j, vectors running over q. All reads of a pass are in one array and all writes in the other.
+//
+// Between the first stage and the last pass the parts stand in arrays of their own, all real parts
+// before all imaginary ones, so that passes shuffle nothing. An inverse transform is a forward one
+// with the parts exchanged, which costs nothing there.
 #pragma once
 
 #include "simd/vec_one.h"
 #include "transform/dft_butterfly.h"
+#include "transform/dft_schedule.h"
 #include "transform/dft_spec.h"
 #include "transform/fft_tuning.h"
 
@@ -58,16 +63,38 @@ constexpr std::ptrdiff_t vectorsOf(std::ptrdiff_t columns, int lanes) {
 constexpr std::ptrdiff_t vectorBegin(std::ptrdiff_t vector, std::ptrdiff_t columns, int lanes) {
     return (vector + 1) * lanes <= columns ? vector * lanes : columns - lanes;
 }
+// Where the columns fill no vector there is one all the same, of which they are the first lanes.
+constexpr std::ptrdiff_t partialVectorBegin(std::ptrdiff_t vector, std::ptrdiff_t columns,
+                                            int lanes) {
+    return columns < lanes ? 0 : vectorBegin(vector, columns, lanes);
+}
+
+// Values with their parts in arrays of their own.
+template <class T>
+struct Parts {
+    T* re;
+    std::ptrdiff_t toIm;  // from a real part to its imaginary one
+
+    Parts exchanged() const { return {re + toIm, -toIm}; }
+};
 
 template <Direction D, class T>
 struct Passes {
-    // radix groups of stride points each, from in to out.
-    static void first(const T* in, T* out, int radix, std::ptrdiff_t groups, const T* oddTable);
-    // G groups of radix * s bins.
-    static void join(const T* in, T* out, int radix, std::ptrdiff_t s, std::ptrdiff_t groups,
-                     const T* twiddles, const T* oddTable);
+    // radix groups of stride points each.
+    static void first(const T* in, Parts<T> out, int radix, std::ptrdiff_t groups,
+                      const T* oddTable);
+    // One group of radix * s bins, into pairs.
+    static void last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, const T* twiddles,
+                     const T* oddTable);
     // All of them; scratch holds len elements. dst may equal src.
     static void run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec, T* scratch);
+};
+
+// G groups of radix * s bins, forward.
+template <class T>
+struct Middle {
+    static void join(Parts<const T> in, Parts<T> out, int radix, std::ptrdiff_t s,
+                     std::ptrdiff_t groups, const T* twiddles, const T* oddTable);
 };
 
 }  // namespace zep::ZEP_VARIANT::dft

@@ -20,19 +20,6 @@ template <class V>
         simd::storeReversed<V>(x, p);
 }
 
-struct Folded {
-    float rising[2], falling[2];
-};
-
-// One pair, in scalars: see fft_fold.cpp for the formula.
-inline Folded foldPair(const float* a, const float* b, float A, float B) {
-    const float are = simd::readAny(a), aim = simd::readAny(a + 1);
-    const float bre = simd::readAny(b), bim = simd::readAny(b + 1);
-    const float dr = are - bre, di = aim + bim;
-    const float u = B * dr + A * di, v = B * di - A * dr;
-    return {{bre + u, v - bim}, {are - u, v - aim}};
-}
-
 inline void endPoints(float* z) {
     const float re = simd::readAny(z), im = simd::readAny(z + 1);
     simd::writeAny(z, re + im);
@@ -84,17 +71,6 @@ void foldReal(float* z, const DftObject<float>& spec) {
 }
 
 namespace {
-
-template <int N>
-inline void foldConstant(float* z) {
-    constexpr int h = N / 2;
-    for (int k = 1; k <= foldCount(N); ++k) {
-        const Folded f = foldPair(z + 2 * k, z + 2 * (h - k), 0.5f * kUnitRoots<float, N>.cosine[k],
-                                  0.5f - 0.5f * kUnitRoots<float, N>.sine[k]);
-        __builtin_memcpy(z + 2 * k, f.rising, sizeof f.rising);
-        __builtin_memcpy(z + 2 * (h - k), f.falling, sizeof f.falling);
-    }
-}
 
 // The real first stage: points are real, R values of each group follow one another.
 template <int R>
@@ -208,27 +184,6 @@ void joinReal(const float* in, float* out, const DftFactor<float>& f, std::ptrdi
 }
 
 }  // namespace
-
-void foldShort(float* z, int len) {
-    endPoints(z);
-    middle(z, len / 2);
-    switch (len) {
-        case 6:
-            return foldConstant<6>(z);
-        case 8:
-            return foldConstant<8>(z);
-        case 10:
-            return foldConstant<10>(z);
-        case 12:
-            return foldConstant<12>(z);
-        case 14:
-            return foldConstant<14>(z);
-        case 16:
-            return foldConstant<16>(z);
-        default:  // 2 and 4: no pairs
-            return;
-    }
-}
 
 void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch) {
     const int last = spec.lastFactor;

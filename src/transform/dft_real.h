@@ -19,8 +19,6 @@ constexpr std::int64_t foldCapacity(std::int64_t len) {
 
 // From the spectrum of len/2 complex points in z to the packed one of len real points, in place.
 void foldReal(float* z, const DftObject<float>& spec);
-// The same with constants for the lengths of straight-line code.
-void foldShort(float* z, int len);
 
 // The mixed-radix route of odd lengths; scratch holds 2 * len values. dst may equal src.
 void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch);

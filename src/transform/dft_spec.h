@@ -45,8 +45,10 @@ struct DftObject {
     void* fftSpec;
     DftObject* convSpec;
     std::int32_t mixedRadix;
-    std::int32_t lastFactor;         // index of the last pass; its subLength is the first stage's
-    std::int32_t* digitPermutation;  // null: the passes sort as they go
+    std::int32_t lastFactor;  // index of the last pass; its subLength is the first stage's
+    // The order of the digits: radices of the passes as they run, which join small factors of the
+    // records, then 0. The tables of the passes stand in the records from the last one down.
+    std::int32_t* digitPermutation;
     DftFactor<T> factors[20];
 };
 

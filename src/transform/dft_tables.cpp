@@ -81,6 +81,25 @@ bool buildTwiddles(T*& table, int radix, std::int64_t s, std::int64_t columns,
     return made;
 }
 
+// The same for the columns 0 .. s-1 of a complex pass. Lanes behind them repeat the last one.
+template <class T>
+bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, const Roots<T>& roots) {
+    constexpr int W = kLanes<T>;
+    const std::int64_t step = roots.length() / (radix * s), vectors = vectorsOf(s, W);
+    table = allocate<T>(static_cast<std::size_t>(vectors * (radix - 1) * 2 * W));
+    if (table == nullptr) return false;
+    T* out = table;
+    for (std::int64_t v = 0; v < vectors; ++v)
+        for (int k = 1; k < radix; ++k, out += 2 * W)
+            for (int lane = 0; lane < W; ++lane) {
+                const std::int64_t column = partialVectorBegin(v, s, W) + lane;
+                const std::int64_t q = column < s ? column : s - 1;
+                out[lane] = roots.re(k * q * step);
+                out[lane + W] = roots.im(k * q * step);
+            }
+    return true;
+}
+
 constexpr int kBreadth = 2000;  // points that the nearest cache holds
 
 template <class T>
@@ -119,10 +138,17 @@ template <class T>
 bool buildPasses(DftObject<T>& spec, int len, const Factors& factors, const Roots<T>& roots) {
     fillRecords(spec, len, factors);
     if (!buildOddTables(spec, factors, roots)) return false;
-    for (int i = 0; i < factors.count; ++i) {
-        DftFactor<T>& f = spec.factors[i];
-        if (!buildTwiddles<T>(f.twiddles, f.radix, f.subLength, f.subLength, 0, roots))
-            return false;
+    const Schedule schedule = scheduleOf<T>(factors);
+    const auto count = static_cast<std::size_t>(schedule.count);
+    spec.digitPermutation = allocate<std::int32_t>(count + 1);
+    if (spec.digitPermutation == nullptr) return false;
+    __builtin_memcpy(spec.digitPermutation, schedule.radix, count * sizeof(std::int32_t));
+    spec.digitPermutation[count] = 0;
+    std::int64_t s = schedule.radix[0];
+    for (int i = 1; i < schedule.count; ++i) {
+        const int r = schedule.radix[i];
+        if (!buildJoinTwiddles(spec.factors[factors.count - i].twiddles, r, s, roots)) return false;
+        s *= r;
     }
     return true;
 }

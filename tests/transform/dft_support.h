@@ -77,6 +77,7 @@ public:
             roots_[k] = {std::cos(angle), -std::sin(angle)};
         }
     }
+    std::size_t length() const { return roots_.size(); }
     template <class T>
     Extended bin(const std::vector<T>& x, std::size_t k, bool inverse) const {
         Extended sum = 0;

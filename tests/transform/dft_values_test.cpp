@@ -14,10 +14,12 @@ double errorBound(double unit, int N) {
     return 1.6 * 1.3 * unit * std::sqrt(std::log2(std::max(N, 2)));
 }
 
+// A dozen bins of each, all of the shortest.
 template <class Kind>
-void matchesTheDefinition(int N, int flag) {
+void matchesTheDefinition(const Definition& definition, int flag) {
     using T = typename Kind::Element;
     constexpr bool inverse = std::is_same_v<Kind, DftInverse>;
+    const int N = static_cast<int>(definition.length());
     SCOPED_TRACE(testing::Message() << "len " << N << " flag " << flag);
     const Dft<Kind> dft(N, flag);
     const auto len = static_cast<std::size_t>(N);
@@ -48,7 +50,6 @@ void matchesTheDefinition(int N, int flag) {
     const double bound = errorBound(Kind::unit, N) + (scales ? 0x1p-21 : 0);
     EXPECT_NEAR(static_cast<double>(spectrum / (energy * N)), 1, 3 * bound);
 
-    const Definition definition(len);
     const std::size_t step = std::max<std::size_t>(1, len / 12);
     int bins = 0;
     for (std::size_t k = 0; k < len; k += len <= 48 ? 1 : 1 + rng()() % (2 * step), ++bins)
@@ -59,10 +60,18 @@ void matchesTheDefinition(int N, int flag) {
 
 void allKindsMatch(int N) {
     static constexpr int kAll[] = {1, 2, 4, 8};
-    matchesTheDefinition<DftComplex>(N, kAll[N % 4]);
-    matchesTheDefinition<DftInverse>(N, kAll[N / 2 % 4]);
-    matchesTheDefinition<DftDouble>(N, kAll[N / 3 % 4]);
-    matchesTheDefinition<DftReal>(N, kAll[N % 4]);
+    const Definition definition(static_cast<std::size_t>(N));
+    matchesTheDefinition<DftComplex>(definition, kAll[N % 4]);
+    matchesTheDefinition<DftInverse>(definition, kAll[N / 2 % 4]);
+    matchesTheDefinition<DftDouble>(definition, kAll[N / 3 % 4]);
+    matchesTheDefinition<DftReal>(definition, kAll[N / 5 % 4]);
+}
+
+// Cases dealt to the columns in turn: each is met in one of them.
+bool isMine(const Variant& column, int n) {
+    const auto columns = builtColumns();
+    const auto count = static_cast<int>(columns.size());
+    return columns[static_cast<std::size_t>(n % count)].slot == column.slot;
 }
 
 TEST_P(DftValues, EveryShortLengthMatchesTheDefinition) {
@@ -72,8 +81,9 @@ TEST_P(DftValues, EveryShortLengthMatchesTheDefinition) {
     }
 }
 
-TEST_P(DftValues, LongerLengthsMatchTheDefinition) {
-    for (int N = 161; N <= 4096; N += thin() ? 787 : 13) {
+TEST_P(DftValues, EveryLengthMatchesTheDefinitionInOneOfTheColumns) {
+    for (int N = 161; N <= 4096; N += thinStep(131)) {
+        if (!thin() && !isMine(GetParam(), N)) continue;
         allKindsMatch(N);
         if (HasFatalFailure()) return;
     }
@@ -90,13 +100,52 @@ TEST_P(DftValues, EachRouteMatchesTheDefinition) {
     }
 }
 
-TEST_P(DftValues, LongTransformsMatchTheDefinition) {
-    for (const int N : {44100, 65537, 100000}) {
-        if (thin()) continue;
-        matchesTheDefinition<DftComplex>(N, 8);
-        matchesTheDefinition<DftReal>(N - 1, 1);
-        matchesTheDefinition<DftReal>(N | 1, 8);
+// Primes by the definition in both precisions, every generic radix as first stage and in a pass,
+// six and twelve merged, wide last factors.
+TEST_P(DftValues, EachRadixMatchesTheDefinition) {
+    constexpr int kPrimes[] = {17, 19, 23, 29, 31,  37,  41,  43,  47,  53,  59,  61,  67,  71, 73,
+                               79, 83, 89, 97, 101, 103, 107, 109, 113, 127, 131, 137, 139, 149};
+    int n = 0;
+    for (const int p : kPrimes) {
+        for (const int multiple : {p, 2 * p, 4 * p, 12 * p, 3 * p, 35 * p, p * p, 16 * p})
+            if (isMine(GetParam(), n++)) allKindsMatch(multiple);
+        if (HasFatalFailure() || (thin() && p > 31)) return;
     }
+}
+
+// Every route beyond the nearest caches.
+TEST_P(DftValues, LongTransformsMatchTheDefinition) {
+    if (thin()) return;
+    int n = 0;
+    for (const int N : {16383,
+                        32767,
+                        44100,
+                        48000,
+                        59049,
+                        65537,
+                        78125,
+                        99856,
+                        100000,
+                        117649,
+                        131071,
+                        149 * 512,
+                        161051,
+                        176399,
+                        177147,
+                        196608,
+                        199999,
+                        200000,
+                        17 * 17 * 17 * 17,
+                        89 * 89 * 4,
+                        192000}) {
+        if (!isMine(GetParam(), n++)) continue;
+        allKindsMatch(N);
+        if (HasFatalFailure()) return;
+    }
+    const Definition odd(99225), even(44098);
+    matchesTheDefinition<DftComplex>(odd, 8);
+    matchesTheDefinition<DftReal>(odd, 8);
+    matchesTheDefinition<DftReal>(even, 1);
 }
 
 TEST_P(DftValues, ThreePointsGiveTheSumsByHand) {

@@ -1,7 +1,9 @@
-// Median filter: networks for masks up to 9, a window in order for wider ones.
+// Median filter: networks for masks up to 9, a window in order in registers for wider ones, and
+// ranks for those that registers do not hold.
 #include "core/checks.h"
 #include "core/variant_exports.h"
 #include "sampling/median_network.h"
+#include "sampling/median_ranks.h"
 #include "sampling/median_window.h"
 #include "vector/shapes.h"
 
@@ -10,32 +12,33 @@ namespace median {
 namespace {
 
 constexpr int kMostRegisters = 8;
+constexpr int kLeastRanked = 512;
 // Of eight bytes: the allocator takes sizes of 31 bits.
 constexpr int kMostWords = INT32_MAX / 8;
 
-// Keys of x[first], x[first + 1] and so on; the end values stand for what lies outside.
-void readKeys(Key* keys, const Zep32f* x, std::ptrdiff_t len, std::ptrdiff_t first,
-              std::ptrdiff_t count) {
-    const auto* bits = reinterpret_cast<const Key*>(x);
+// x[first], x[first + 1] and so on; the end values stand for what lies outside.
+void readSamples(Zep32f* dst, const Zep32f* x, std::ptrdiff_t len, std::ptrdiff_t first,
+                 std::ptrdiff_t count) {
     std::ptrdiff_t n = 0;
-    const Key front = keyOfBits(simd::readAny(bits)),
-              back = keyOfBits(simd::readAny(bits + len - 1));
-    for (; n < count && first + n < 0; ++n) keys[n] = front;
-    for (; n + Keys::lanes <= count && first + n + Keys::lanes <= len; n += Keys::lanes)
-        keyOfBits(Keys::load(bits + first + n)).store(keys + n);
-    for (; n < count && first + n < len; ++n) keys[n] = keyOfBits(simd::readAny(bits + first + n));
-    for (; n < count; ++n) keys[n] = back;
+    const Zep32f front = simd::readAny(x), back = simd::readAny(x + len - 1);
+    for (; n < count && first + n < 0; ++n) dst[n] = front;
+    const std::ptrdiff_t rest = len - first - n, inside = count - n < rest ? count - n : rest;
+    if (inside > 0) {
+        __builtin_memcpy(dst + n, x + first + n, static_cast<std::size_t>(inside) * sizeof(Zep32f));
+        n += inside;
+    }
+    for (; n < count; ++n) dst[n] = back;
 }
 
-// `count` keys in the caller's array become the values again.
-void writeValues(Zep32f* y, std::ptrdiff_t count) {
-    auto* bits = reinterpret_cast<Key*>(y);
+// Values become keys in place, and keys values.
+void exchangeKeys(void* p, std::ptrdiff_t count) {
+    auto* const keys = static_cast<Key*>(p);
     std::ptrdiff_t n = 0;
     for (; n + Keys::lanes <= count; n += Keys::lanes)
-        keyOfBits(Keys::load(bits + n)).store(bits + n);
+        keyOfBits(Keys::load(keys + n)).store(keys + n);
     if (n < count) {
         const auto left = static_cast<int>(count - n);
-        keyOfBits(Keys::loadPartial(bits + n, left)).storePartial(bits + n, left);
+        keyOfBits(Keys::loadPartial(keys + n, left)).storePartial(keys + n, left);
     }
 }
 
@@ -75,44 +78,53 @@ inline void inFewestRegisters(const Key* keys, int width, Key* scratch, Key* out
     inRegisters<R>(keys, width, scratch, out, count);
 }
 
-void inMemory(const Key* keys, int width, Key* sorted, Key* out, int count) {
-    MemoryWindow window(sorted, width);
-    for (int n = 0; n < count; ++n) {
-        window.replace(keys[n], keys[n + width]);
-        simd::writeAny(out + n, window.median());
+// Medians of the windows of `width` samples that begin at sample 1 and so on.
+void byRanks(const Zep32f* samples, int width, std::uint64_t* memory, Zep32f* out, int count) {
+    Ranks ranks(samples, width + count, memory);
+    ranks.open(width);
+    for (std::ptrdiff_t n = 0; n < count; ++n) {
+        ranks.replace(n, n + width);
+        simd::writeAny(out + n, ranks.median());
     }
 }
 
 // Block by block: the inputs of a block's windows are read before its outputs are written.
 ZepStatus wideMedian(const Zep32f* x, Zep32f* y, int len, int width) {
     const bool registers = width < RegisterWindow<kMostRegisters>::lanes;
-    const int most = registers ? 2048 : 65536;
-    const int block = len - 2 < most ? len - 2 : most;
-    const std::int64_t words = (2 * std::int64_t{width} + block + 1) / 2;
+    // Every block sorts the window that it begins with anew, so it is a few times as long.
+    const std::int64_t most = registers ? 2048 : kLeastRanked + 3 * std::int64_t{width};
+    const int block = len - 2 < most ? len - 2 : static_cast<int>(most);
+    const std::int64_t samplesHeld = std::int64_t{width} + block;
+    const std::int64_t words =
+        (samplesHeld + 1) / 2 + (registers ? (width + 1) / 2 : Ranks::wordsFor(samplesHeld));
     if (words > kMostWords) return zepStsMemAllocErr;
-    auto* const keys = reinterpret_cast<Key*>(zepsMalloc_64s(static_cast<int>(words)));
-    if (keys == nullptr) return zepStsMemAllocErr;
-    Key* const sorted = keys + width + block;
+    const auto memory = reinterpret_cast<std::uint64_t*>(zepsMalloc_64s(static_cast<int>(words)));
+    if (memory == nullptr) return zepStsMemAllocErr;
+    auto* const samples = reinterpret_cast<Zep32f*>(memory);
+    std::uint64_t* const scratch = memory + (samplesHeld + 1) / 2;
     const std::ptrdiff_t h = width / 2;
-    readKeys(keys, x, len, -h, width);
-    if (!registers) {
-        __builtin_memcpy(sorted, keys, static_cast<std::size_t>(width) * sizeof(Key));
-        zepsSortAscend_32s_I(sorted, width);
-    }
+    const auto read = [&](Zep32f* dst, std::ptrdiff_t first, std::ptrdiff_t count) {
+        readSamples(dst, x, len, first, count);
+        if (registers) exchangeKeys(dst, count);
+    };
+    read(samples, -h, width);
     for (std::ptrdiff_t n = 1; n < len - 1;) {
         const auto left = static_cast<int>(len - 1 - n);
         const int count = left < block ? left : block;
-        readKeys(keys + width, x, len, n + h, count);
-        auto* const out = reinterpret_cast<Key*>(y + n);
-        if (registers)
-            inFewestRegisters(keys, width, sorted, out, count);
-        else
-            inMemory(keys, width, sorted, out, count);
-        writeValues(y + n, count);
-        __builtin_memmove(keys, keys + count, static_cast<std::size_t>(width) * sizeof(Key));
+        read(samples + width, n + h, count);
+        if (registers) {
+            inFewestRegisters(reinterpret_cast<const Key*>(samples), width,
+                              reinterpret_cast<Key*>(scratch), reinterpret_cast<Key*>(y + n),
+                              count);
+            exchangeKeys(y + n, count);
+        } else {
+            byRanks(samples, width, scratch, y + n, count);
+        }
+        __builtin_memmove(samples, samples + count,
+                          static_cast<std::size_t>(width) * sizeof(Zep32f));
         n += count;
     }
-    zepsFree(keys);
+    zepsFree(memory);
     return zepStsNoErr;
 }
 
@@ -121,7 +133,8 @@ ZepStatus wideMedian(const Zep32f* x, Zep32f* y, int len, int width) {
 ZepStatus medianOfAll(const Zep32f* x, Zep32f* y, int len, std::int64_t h) {
     Key* const sorted = len / 2 < kMostWords ? zepsMalloc_32s(len) : nullptr;
     if (sorted == nullptr) return zepStsMemAllocErr;
-    readKeys(sorted, x, len, 0, len);
+    readSamples(reinterpret_cast<Zep32f*>(sorted), x, len, 0, len);
+    exchangeKeys(sorted, len);
     const Key front = sorted[0], back = sorted[len - 1];
     zepsSortAscend_32s_I(sorted, len);
     const bool rising = front <= back;

@@ -1,5 +1,5 @@
-// Running medians of any width: a window of values in order, of which the oldest leaves and into
-// which the next one comes with every step.
+// Running medians of windows that fit into registers: their values stand in order, the oldest leaves
+// and the next one comes with every step.
 //
 // Values are ordered as integers that compare like them (keys): so every value has a place, that
 // of a not-a-number too, and what leaves is always found.
@@ -73,32 +73,6 @@ struct RegisterWindow {
         constexpr int kLane = R % 2 == 0 ? 0 : Keys::lanes / 2;
         return static_cast<Key>(v[R / 2].v[kLane]);
     }
-};
-
-// The window in memory: its places are found by halving, and only keys between them move.
-class MemoryWindow {
-public:
-    MemoryWindow(Key* sorted, std::ptrdiff_t len) : sorted_(sorted), len_(len) {}
-    void replace(Key oldest, Key next) {
-        const std::ptrdiff_t from = countBelow(sorted_, len_, oldest);
-        const std::ptrdiff_t to = countBelow(sorted_, len_, next);
-        Key* const p = sorted_;
-        constexpr auto bytes = [](std::ptrdiff_t n) {
-            return static_cast<std::size_t>(n) * sizeof(Key);
-        };
-        if (to > from) {
-            __builtin_memmove(p + from, p + from + 1, bytes(to - from - 1));
-            p[to - 1] = next;
-        } else {
-            __builtin_memmove(p + to + 1, p + to, bytes(from - to));
-            p[to] = next;
-        }
-    }
-    Key median() const { return sorted_[len_ / 2]; }
-
-private:
-    Key* sorted_;
-    std::ptrdiff_t len_;
 };
 
 }  // namespace zep::ZEP_VARIANT::median

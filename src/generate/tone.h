@@ -1,17 +1,19 @@
-// Sampled sinusoids by a recurrence.
+// Sampled sinusoids by sums and differences of angles.
 //
-// For any sinusoid x[k] = 2 cos(L*w) x[k - L] - x[k - 2*L]: L neighbouring samples advance together,
-// as the lanes of several vectors, whose chains hide one another's latency. A block of 1024 samples
-// starts from an anchor, the sinusoid's value and that of its quadrature at its first sample; the
-// first 2*L samples are the anchor turned by a table of exp(i*k*w). Everything stays in double
-// precision: in single precision the recurrence drifts where 2 cos(L*w) is near 2 or -2.
+// Around a centre whose samples x and quadratures y are known, L neighbouring ones as the lanes of a
+// vector, the samples at the distances d and -d are
+//     cos(d*w) x - sin(d*w) y    and    cos(d*w) x + sin(d*w) y :
+// one product and one sum each, of which none waits for another one. A group takes as many distances
+// as the table holds to both sides; its centre is turned on to that of the next group, and after a
+// number of groups it comes from the C library's sine and cosine again. Everything stays in double
+// precision up to the sample.
 //
-// The anchors of the accurate form are the C library's sine and cosine at every block; those of the
-// fast form are turned from block to block, which costs one rounding a block.
+// The accurate form asks the library every 8192 samples, the fast one four times as seldom.
 #pragma once
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 #include "core/checks.h"
 #include "core/variant_exports.h"
@@ -24,9 +26,10 @@ namespace zep::ZEP_VARIANT::tone {
 using V = simd::Native<double>;
 
 inline constexpr double kTwoPi = 6.283185307179586;
-inline constexpr int kBlock = 1024;  // samples between anchors
-inline constexpr int kVectors = 4;   // of a step
-inline constexpr int kStep = kVectors * V::lanes;
+inline constexpr int kDistances = 32;  // to either side of a centre
+inline constexpr int kGroup = 2 * kDistances * V::lanes;
+inline constexpr int kToAnchorAccurate = 8192, kToAnchorFast = 32768;
+static_assert(kToAnchorAccurate % kGroup == 0);
 
 struct Phasor {
     double re, im;
@@ -36,139 +39,162 @@ struct Phasor {
     }
 };
 
-inline Phasor phasor(double magn, double angle) {
-    return {magn * std::cos(angle), magn * std::sin(angle)};
-}
-
 // What a call generates: magn * exp(i * (2 pi * freq * n + phase)).
-struct Signal {
-    double magn;
-    double freq;  // cycles per sample
-    double phase;
-
-    // At sample n, a multiple of kBlock. The turns are formed in two exact parts, so that only their
-    // fraction is rounded, however long the signal.
+class Signal {
+public:
+    Signal(double magn, double freq, double phase) : magn_(magn), phase_(phase) {
+        // Of a NaN only the rest is one, which is enough.
+        const double scaled = freq < 0.5 ? freq * 0x1p64 : 0.0;
+        turns_ = static_cast<std::uint64_t>(scaled);
+        rest_ = freq - static_cast<double>(turns_) * 0x1p-64;
+    }
+    // At sample n. Whole turns drop out of the integer product, so that only their fraction is
+    // rounded, however long the signal.
     Phasor at(std::ptrdiff_t n) const {
-        const auto count = static_cast<double>(n);
-        const double coarse = static_cast<double>(static_cast<float>(freq));
-        const double turns = count * coarse, rest = count * (freq - coarse);
-        return phasor(magn, kTwoPi * (turns - std::floor(turns) + rest) + phase);
+        const auto fraction = static_cast<std::int64_t>(turns_ * static_cast<std::uint64_t>(n));
+        const double turns =
+            static_cast<double>(fraction) * 0x1p-64 + rest_ * static_cast<double>(n);
+        const double angle = kTwoPi * turns + phase_;
+        return {magn_ * std::cos(angle), magn_ * std::sin(angle)};
     }
+
+private:
+    double magn_, phase_;
+    std::uint64_t turns_;  // per sample, in units of 2^-64
+    double rest_;          // and what is below them
 };
 
-// exp(i*k*w) for k = 0 .. 2 * kStep - 1, parts apart. Each doubling of the length is one rotation.
-struct Turns {
-    static constexpr int kCount = 2 * kStep;
-    alignas(64) double cosines[kCount];
-    alignas(64) double sines[kCount];
-    double stepFactor;      // 2 cos(kStep * w)
-    double halfStepFactor;  // 2 cos(kStep / 2 * w)
-
-    explicit Turns(double w) {
-        cosines[0] = 1.0, sines[0] = 0.0;
-        Phasor turn = phasor(1.0, w);
-        for (int length = 1; length < kCount; length *= 2) {
-            for (int k = 0; k < length; ++k) {
-                const Phasor next = Phasor{cosines[k], sines[k]} * turn;
-                cosines[k + length] = next.re, sines[k + length] = next.im;
-            }
-            turn = turn * turn;
+// Fills cosines and sines with the phasors first * step^k, k < count. Each doubling of their number
+// is one turn.
+inline void fillTurns(double* cosines, double* sines, int count, Phasor first, Phasor step) {
+    cosines[0] = first.re, sines[0] = first.im;
+    for (int have = 1; have < count; have *= 2) {
+        for (int k = 0; k < have && k + have < count; ++k) {
+            const Phasor next = Phasor{cosines[k], sines[k]} * step;
+            cosines[k + have] = next.re, sines[k + have] = next.im;
         }
-        stepFactor = 2.0 * cosines[kStep];
-        halfStepFactor = 2.0 * cosines[kStep / 2];
+        step = step * step;
+    }
+}
+
+// A vector of neighbouring samples and their quadratures.
+struct Samples {
+    V re, im;
+
+    [[gnu::always_inline]] Samples turned(V c, V s) const {
+        return {re * c - im * s, re * s + im * c};
     }
 };
 
-// kStep doubles of the recurrence: as many samples of a real tone, half as many of a complex one.
-struct Step {
-    V x[kVectors];
+// The frequency's own: what does not depend on where a signal stands.
+struct Turns {
+    alignas(64) double laneCosines[V::lanes];
+    alignas(64) double laneSines[V::lanes];
+    // Of the distances (k + 1/2) * L.
+    alignas(64) double cosines[kDistances];
+    alignas(64) double sines[kDistances];
+
+    Turns(const Signal& unit, int distances) {
+        constexpr int L = V::lanes;
+        fillTurns(laneCosines, laneSines, L, {1.0, 0.0}, unit.at(1));
+        fillTurns(cosines, sines, distances, {laneCosines[L / 2], laneSines[L / 2]}, unit.at(L));
+    }
+    Samples neighbours(Phasor first) const {
+        const V re = V::broadcast(first.re), im = V::broadcast(first.im);
+        return Samples{re, im}.turned(V::loadAligned(laneCosines), V::loadAligned(laneSines));
+    }
 };
 
-// The first steps of a block, first = 0 or 1.
-template <bool kComplex>
-[[gnu::always_inline]] inline Step firstStep(const Turns& turns, Phasor anchor, int first) {
-    const V re = V::broadcast(anchor.re), im = V::broadcast(anchor.im);
-    Step step;
-    if constexpr (kComplex) {
-        simd::unroll<kVectors / 2>([&](auto k) {
-            const int at = first * kStep / 2 + k * V::lanes;
-            const V c = V::loadAligned(turns.cosines + at), s = V::loadAligned(turns.sines + at);
-            const V x = c * re - s * im, y = c * im + s * re;
-            step.x[2 * k] = interleaveFront(x, y);
-            step.x[2 * k + 1] = interleaveBack(x, y);
-        });
+// Two vectors of samples, one behind the other; kParts is 2 where samples are complex.
+template <int kParts>
+[[gnu::always_inline]] inline void put(Samples a, Samples b, double* dst) {
+    constexpr int L = V::lanes;
+    if constexpr (kParts == 1) {
+        a.re.store(dst);
+        b.re.store(dst + L);
     } else {
-        simd::unroll<kVectors>([&](auto k) {
-            const int at = first * kStep + k * V::lanes;
-            step.x[k] =
-                V::loadAligned(turns.cosines + at) * re - V::loadAligned(turns.sines + at) * im;
+        interleaveFront(a.re, a.im).store(dst);
+        interleaveBack(a.re, a.im).store(dst + L);
+        interleaveFront(b.re, b.im).store(dst + 2 * L);
+        interleaveBack(b.re, b.im).store(dst + 3 * L);
+    }
+}
+template <int kParts>
+[[gnu::always_inline]] inline void put(Samples a, Samples b, float* dst) {
+    const auto re = narrow(a.re, b.re);
+    if constexpr (kParts == 1) {
+        re.store(dst);
+    } else {
+        const auto im = narrow(a.im, b.im);
+        interleaveFront(re, im).store(dst);
+        interleaveBack(re, im).store(dst + 2 * V::lanes);
+    }
+}
+
+// The samples within `distances` vectors of the centre, an even number; the centre stands half a
+// vector before their middle, so that vectors before it mirror those behind it.
+template <int kParts, class T>
+[[gnu::always_inline]] inline void group(const Turns& turns, Samples centre, int distances,
+                                         T* dst) {
+    constexpr int kAhead = 2 * V::lanes * kParts;
+    T *up = dst + distances / 2 * kAhead, *down = up;
+    for (int k = 0; k < distances; k += 2, up += kAhead) {
+        Samples before[2], behind[2];
+        simd::unroll<2>([&](auto i) {
+            const V c = V::broadcast(turns.cosines[k + i]), s = V::broadcast(turns.sines[k + i]);
+            const V re = c * centre.re;
+            behind[i].re = negMulAdd(s, centre.im, re);
+            before[i].re = mulAdd(s, centre.im, re);
+            if constexpr (kParts == 2) {
+                const V im = c * centre.im;
+                behind[i].im = mulAdd(s, centre.re, im);
+                before[i].im = negMulAdd(s, centre.re, im);
+            }
         });
+        put<kParts>(behind[0], behind[1], up);
+        down -= kAhead;
+        put<kParts>(before[1], before[0], down);
     }
-    return step;
 }
 
-// Stores n of the step's doubles, 1 <= n <= kStep.
-inline void put(const Step& step, double* dst, std::ptrdiff_t n) {
-    if (n >= kStep) {
-        simd::unroll<kVectors>([&](auto k) { step.x[k].store(dst + k * V::lanes); });
-        return;
+template <int kParts, class T>
+inline void generate(double magn, double freq, double phase, T* dst, std::ptrdiff_t len,
+                     int toAnchor) {
+    constexpr int L = V::lanes;
+    const Signal signal(magn, freq, phase), unit(1.0, freq, 0.0);
+    const auto distancesFor = [](std::ptrdiff_t count) {
+        return count >= kGroup ? kDistances : static_cast<int>((count + 4 * L - 1) / (4 * L)) * 2;
+    };
+    const Turns turns(unit, distancesFor(len));
+    const auto centreOf = [&](std::ptrdiff_t n, int distances) {
+        return turns.neighbours(signal.at(n + distances * L - L / 2));
+    };
+    std::ptrdiff_t n = 0;
+    if (len >= kGroup) {
+        const Phasor turn = unit.at(kGroup);
+        const V c = V::broadcast(turn.re), s = V::broadcast(turn.im);
+        while (len - n >= kGroup) {
+            Samples centre = centreOf(n, kDistances);
+            const std::ptrdiff_t left = (len - n) / kGroup * kGroup;
+            const std::ptrdiff_t end = n + (left < toAnchor ? left : toAnchor);
+            for (; n < end; n += kGroup) {
+                group<kParts>(turns, centre, kDistances, dst + n * kParts);
+                centre = centre.turned(c, s);
+            }
+        }
     }
-    simd::unroll<kVectors>([&](auto k) {
-        const std::ptrdiff_t rest = n - k * V::lanes;
-        if (rest > 0)
-            step.x[k].storePartial(dst + k * V::lanes,
-                                   static_cast<int>(rest < V::lanes ? rest : V::lanes));
-    });
-}
-inline void put(const Step& step, float* dst, std::ptrdiff_t n) {
-    using F = simd::Vec<float, 2 * V::lanes>;
-    simd::unroll<kVectors / 2>([&](auto k) {
-        const F x = narrow(step.x[2 * k], step.x[2 * k + 1]);
-        const std::ptrdiff_t rest = n - k * F::lanes;
-        if (rest >= F::lanes)
-            x.store(dst + k * F::lanes);
-        else if (rest > 0)
-            x.storePartial(dst + k * F::lanes, static_cast<int>(rest));
-    });
-}
-
-// One block: count doubles of the recurrence, at most kBlock samples.
-template <bool kComplex, class T>
-[[gnu::always_inline]] inline void block(const Turns& turns, Phasor anchor, T* dst,
-                                         std::ptrdiff_t count) {
-    const V factor = V::broadcast(kComplex ? turns.halfStepFactor : turns.stepFactor);
-    Step older = firstStep<kComplex>(turns, anchor, 0);
-    Step newer = firstStep<kComplex>(turns, anchor, 1);
-    for (; count > kStep; count -= kStep, dst += kStep) {
-        put(older, dst, kStep);
-        simd::unroll<kVectors>([&](auto k) {
-            const V next = factor * newer.x[k] - older.x[k];
-            older.x[k] = newer.x[k];
-            newer.x[k] = next;
-        });
-    }
-    put(older, dst, count);
-}
-
-template <bool kComplex, class T>
-inline void generate(const Signal& signal, T* dst, std::ptrdiff_t len, bool accurate) {
-    constexpr int kParts = kComplex ? 2 : 1;
-    const double w = signal.freq * kTwoPi;
-    const Turns turns(w);
-    Phasor anchor = signal.at(0);
-    const Phasor blockTurn = Signal{1.0, signal.freq, 0.0}.at(kBlock);
-    for (std::ptrdiff_t n = 0; n < len; n += kBlock) {
-        if (accurate && n != 0) anchor = signal.at(n);
-        const std::ptrdiff_t count = len - n < kBlock ? len - n : kBlock;
-        block<kComplex>(turns, anchor, dst + n * kParts, count * kParts);
-        if (!accurate) anchor = anchor * blockTurn;
+    if (const std::ptrdiff_t rest = len - n; rest > 0) {
+        T last[kGroup * kParts];
+        const int distances = distancesFor(rest);
+        group<kParts>(turns, centreOf(n, distances), distances, last);
+        __builtin_memcpy(dst + n * kParts, last,
+                         static_cast<std::size_t>(rest) * kParts * sizeof(T));
     }
 }
 
 // The entry of every form: T is the real type, D the element.
 template <class T, class D>
 inline ZepStatus tone(D* pDst, int len, T magn, T rFreq, T* pPhase, ZepHintAlgorithm hint) {
-    constexpr bool kComplex = sizeof(D) != sizeof(T);
     if (pPhase == nullptr) return zepStsNullPtrErr;
     // A NaN fails none of these comparisons and gives NaN throughout.
     if (magn <= 0) return zepStsToneMagnErr;
@@ -178,11 +204,13 @@ inline ZepStatus tone(D* pDst, int len, T magn, T rFreq, T* pPhase, ZepHintAlgor
     if (pDst == nullptr) return zepStsNullPtrErr;
     if (len < 1) return zepStsSizeErr;
 
-    const Signal signal{magn, rFreq, phase};
-    const double end = len * (signal.freq * kTwoPi) + phase;
+    const auto freq = static_cast<double>(rFreq);
+    const double end = len * (freq * kTwoPi) + phase;
     const T next = static_cast<T>(end - std::floor(0.15915494309189535 * end) * kTwoPi);
     simd::writeAny(pPhase, next < 0 || static_cast<double>(next) >= kTwoPi ? T{0} : next);
-    generate<kComplex>(signal, reinterpret_cast<T*>(pDst), len, hint == zepAlgHintFast);
+    constexpr int kParts = sizeof(D) / sizeof(T);
+    generate<kParts>(static_cast<double>(magn), freq, phase, reinterpret_cast<T*>(pDst), len,
+                     hint == zepAlgHintFast ? kToAnchorAccurate : kToAnchorFast);
     return zepStsNoErr;
 }
 

@@ -126,20 +126,15 @@ ZepStatus zepsEncode_G726_16s8u(ZepG726State* pState, const Zep16s* pSrc, Zep8u*
 ZepStatus zepsDecode_G726_8u16s(ZepG726State* pState, const Zep8u* pSrc, Zep16s* pDst, Zep32s len) {
     if (const ZepStatus s = checkStream(pState, pSrc, pDst, len); s != zepStsNoErr) return s;
     g726::withChannel(pState, [=](auto& channel, const g726::StateWords& state) {
-        const auto decode = [&](auto output) {
-            for (std::ptrdiff_t n = 0; n < len; ++n) {
-                const int code = pSrc[n] & channel.kRate.codeMask();
-                const auto y = static_cast<Zep16s>(output(code));
-                channel.advance(code);
-                put(y, pDst + n);
-            }
-        };
-        if (state.lawMode == ZEP_G726_MULAW)
-            decode([&](int code) { return tandemCode<MuLaw>(channel, code); });
-        else if (state.lawMode == ZEP_G726_ALAW)
-            decode([&](int code) { return tandemCode<ALaw>(channel, code); });
-        else
-            decode([&](int code) { return MuLaw::limit(channel.reconstruct(code)); });
+        for (std::ptrdiff_t n = 0; n < len; ++n) {
+            const int code = pSrc[n] & channel.kRate.codeMask();
+            const int y = state.lawMode == ZEP_G726_MULAW ? tandemCode<MuLaw>(channel, code)
+                          : state.lawMode == ZEP_G726_ALAW
+                              ? tandemCode<ALaw>(channel, code)
+                              : MuLaw::limit(channel.reconstruct(code));
+            channel.advance(code);
+            put(static_cast<Zep16s>(y), pDst + n);
+        }
     });
     return zepStsNoErr;
 }

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "simd/compare.h"
+#include "simd/vec.h"
 #include "speech/fixed_point.h"
 #include "speech/g726_predictor.h"
 #include "speech/g726_state.h"
@@ -33,57 +35,67 @@ public:
     int estimate() const { return estimate_.all >> 1; }
 
     // The code of a difference from the estimate, in 16 bits.
-    int quantize(int difference) const {
-        const int d = wrap16(difference);
+    [[gnu::always_inline]] int quantize(int difference) const {
+        const int d = wrap16(difference), minus = d >> 31;
         const int m = d == -32768 ? 32767 : magnitude(d);
-        const int exponent = m == 0 ? 0 : bitLength(static_cast<std::uint32_t>(m)) - 1;
+        const int exponent = bitLength(static_cast<std::uint32_t>(m | 1)) - 1;
         const int logarithm = exponent << 7 | ((m << 7 >> exponent) & 127);
-        const int normalised = logarithm - (y_ >> 2);
-        int code = 0;
-        for (int i = 0; i + 1 < kRate.signBit(); ++i) code += normalised >= kRate.decisions[i];
-        if (d < 0) code ^= kRate.codeMask();
+        const int code = level(logarithm - (y_ >> 2)) ^ (minus & kRate.codeMask());
         // At the higher rates all ones is the code of nothing, whatever the sign.
         return kRate.bits > 2 && code == 0 ? kRate.codeMask() : code;
     }
 
     // The reconstructed signal, if the sample has this code.
-    std::int16_t reconstruct(int code) const { return wrap16(estimate() + difference(code)); }
+    std::int16_t reconstruct(int code) const {
+        return wrap16(estimate() + withSign(difference(code), minusOf(code)));
+    }
 
     // Moves on by a sample of this code.
-    void advance(int code) {
-        const int dqSign = (code & kRate.signBit()) != 0;
-        const int dq = difference(code), dqMagnitude = magnitude(dq);
-        const bool transition = td_ && dqMagnitude > transitionThreshold();
+    [[gnu::always_inline]] void advance(int code) {
+        const int m = difference(code), minus = minusOf(code), dq = withSign(m, minus);
+        const bool transition = td_ && m > transitionThreshold();
 
-        const int rise = y_ + ((kRate.w32[code] - y_) >> 5);
-        yu_ = rise < 544 ? 544 : rise > 5120 ? 5120 : rise;
+        yu_ = clamp(y_ + ((kRate.w32[code] - y_) >> 5), 544, 5120);
         yl_ += yu_ + (-yl_ >> 6);
 
         const bool tone = predictor_.template update<kRate.leakShift>(
-            dq, dqSign, reconstruct(code), wrap16((estimate_.zeros >> 1) + dq), transition);
+            m, minus, wrap16(estimate() + dq), wrap16((estimate_.zeros >> 1) + dq), transition);
         td_ = tone && !transition;
 
         dms_ += (kRate.f512[code] - dms_) >> 5;
         dml_ += (4 * kRate.f512[code] - dml_) >> 7;
-        const bool fast = y_ < 1536 || magnitude(4 * dms_ - dml_) >= dml_ >> 3 || tone;
-        ap_ = transition ? 256 : ap_ + (((fast ? 512 : 0) - ap_) >> 4);
+        const int fast = (y_ < 1536) | (magnitude(4 * dms_ - dml_) >= dml_ >> 3) | tone;
+        ap_ = transition ? 256 : ap_ + ((fast * 512 - ap_) >> 4);
         predict();
     }
 
 private:
     // Estimate and scale factor of the coming sample.
-    void predict() {
+    [[gnu::always_inline]] void predict() {
         estimate_ = predictor_.estimate();
         const int al = ap_ >= 256 ? 64 : ap_ >> 2, slow = yl_ >> 6, difference = yu_ - slow;
         const int step = al * magnitude(difference) >> 6;
-        y_ = slow + (difference < 0 ? -step : step);
+        y_ = slow + withSign(step, difference >> 31);
     }
 
-    // The quantized difference.
+    // The magnitude code of a normalised logarithm: how many decisions it reaches.
+    static int level(int normalised) {
+        if constexpr (kRate.bits == 2) return normalised >= kRate.decisions[0];
+        using Words = simd::Vec<std::int16_t, 8>;
+        const Words x = Words::broadcast(static_cast<std::int16_t>(normalised));
+        auto reached = bits(x >= Words::load(kRate.decisions));
+        if constexpr (kRate.bits == 5) reached |= bits(x >= Words::load(kRate.decisions + 8)) << 8;
+        return __builtin_ctz(~static_cast<std::uint32_t>(reached));
+    }
+
+    // -1 where the code's sign is that of a negative difference.
+    static int minusOf(int code) { return -(code >> (kRate.bits - 1) & 1); }
+
+    // The magnitude of the quantized difference.
     int difference(int code) const {
-        const int log = kRate.output[code] + (y_ >> 2);
-        const int m = log < 0 ? 0 : ((log & 127) + 128) << 7 >> (14 - (log >> 7));
-        return code & kRate.signBit() ? -m : m;
+        const int log = kRate.output[code] + (y_ >> 2), notBelow = log < 0 ? 0 : log;
+        const int m = ((notBelow & 127) + 128) << 7 >> (14 - (notBelow >> 7));
+        return log < 0 ? 0 : m;
     }
 
     // Three quarters of what the slow scale factor lets expect.

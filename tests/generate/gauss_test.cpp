@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "support/failing_heap.h"
@@ -132,6 +133,33 @@ TEST_P(Gauss, WithoutDeviationGivesTheMeanAndMovesOn) {
     for (const Zep32f v : y) EXPECT_EQ(v, model.draw(3.0f, -1.0f));
     zepsRandGaussFree_32f(still);
     zepsRandGaussFree_32f(moving);
+}
+
+// So many that some lie next to where floats change, and an approximate logarithm would miss them: one
+// in three million is within its margin.
+TEST_P(Gauss, StaysEqualOverMillionsOfNumbers) {
+    const int len = thin() ? 100'000 : 5'000'000;
+    std::vector<Zep32f> x(static_cast<std::size_t>(len));
+    Zep32u seed = 20261122;
+    Model model(seed);
+    ASSERT_EQ(zepsRandGauss_Direct_32f(x.data(), len, 0.0f, 1.7f, &seed), zepStsNoErr);
+    for (const Zep32f v : x) ASSERT_EQ(v, model.draw(0.0f, 1.7f)) << &v - x.data();
+}
+
+// Deviations at which products overflow, vanish or are no numbers.
+TEST_P(Gauss, TakesAnyDeviation) {
+    constexpr Zep32f inf = std::numeric_limits<Zep32f>::infinity();
+    for (const Zep32f stdDev :
+         {1e-45f, 1e-38f, 3e38f, inf, -inf, std::numeric_limits<Zep32f>::quiet_NaN()}) {
+        Zep32u seed = 77;
+        Model model(seed);
+        Zep32f x[100];
+        ASSERT_EQ(zepsRandGauss_Direct_32f(x, 100, 0.0f, stdDev, &seed), zepStsNoErr);
+        for (const Zep32f v : x) {
+            const Zep32f expected = model.draw(0.0f, stdDev);
+            ASSERT_TRUE(v == expected || (std::isnan(v) && std::isnan(expected))) << stdDev;
+        }
+    }
 }
 
 // A hundred thousand numbers: mean and deviation within five standard errors.

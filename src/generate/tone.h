@@ -209,6 +209,7 @@ inline ZepStatus tone(D* pDst, int len, T magn, T rFreq, T* pPhase, ZepHintAlgor
     const T next = static_cast<T>(end - std::floor(0.15915494309189535 * end) * kTwoPi);
     simd::writeAny(pPhase, next < 0 || static_cast<double>(next) >= kTwoPi ? T{0} : next);
     constexpr int kParts = sizeof(D) / sizeof(T);
+    // The value of that name is the one that asks for the accurate form here.
     generate<kParts>(static_cast<double>(magn), freq, phase, reinterpret_cast<T*>(pDst), len,
                      hint == zepAlgHintFast ? kToAnchorAccurate : kToAnchorFast);
     return zepStsNoErr;

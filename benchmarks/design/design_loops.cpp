@@ -2,11 +2,6 @@
 
 #include <cmath>
 
-// Without it the compiler calls no vector form of the functions.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC optimize("fast-math")
-#endif
-
 namespace zep::bench::ZEP_PEER_LEVEL {
 namespace {
 

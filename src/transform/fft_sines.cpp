@@ -13,18 +13,22 @@ constexpr int kQuarter = 1 << (kConstantSineOrder - 2);
 
 template <class T>
 struct ConstantTable {
-    T s[kQuarter + 1];
+    T s[waveEntries(kConstantSineOrder)];
 };
 template <class T>
 constexpr ConstantTable<T> makeConstantTable() {
     ConstantTable<T> table{};
     for (int k = 0; k <= kQuarter; ++k) table.s[k] = quarterSine<T>(k, 4 * kQuarter);
+    int from = 0, to = kQuarter + 1;
+    for (int quarter = kQuarter / 2; quarter > 0; from = to - (quarter + 1), quarter /= 2)
+        for (int k = 0; k <= quarter; ++k) table.s[to++] = table.s[from + 2 * k];
     return table;
 }
 template <class T>
 constexpr ConstantTable<T> kConstantTable = makeConstantTable<T>();
 static_assert(kConstantTable<float>.s[kQuarter] == 1.0f);
 static_assert(kConstantTable<double>.s[kQuarter] == 1.0);
+static_assert(kConstantTable<double>.s[waveEntries(kConstantSineOrder) - 1] == 1.0);
 
 using V = simd::Native<double>;
 
@@ -35,7 +39,7 @@ constexpr int kTerms = 10;
 constexpr double inverseFactorial(int n) { return n <= 1 ? 1.0 : inverseFactorial(n - 1) / n; }
 
 template <int kFirst>
-V alternatingSeries(V square) {
+[[gnu::always_inline]] inline V alternatingSeries(V square) {
     V sum = V::broadcast(0.0);
     simd::unroll<kTerms>([&](auto step) {
         constexpr int n = kTerms - 1 - step;
@@ -43,6 +47,25 @@ V alternatingSeries(V square) {
         sum = sum * square + V::broadcast(n % 2 == 0 ? c : -c);
     });
     return sum;
+}
+
+// Rounded to T: as many double vectors as one of T holds.
+void storeRounded(const V (&x)[1], double* to, bool reversed) {
+    (reversed ? reverse(x[0]) : x[0]).store(to);
+}
+void storeRounded(const V (&x)[2], float* to, bool reversed) {
+    const auto y = narrow(x[0], x[1]);
+    (reversed ? reverse(y) : y).store(to);
+}
+
+// Every other entry.
+template <class T>
+void halve(const T* from, T* to, std::int64_t entries) {
+    using F = simd::Native<T>;
+    std::int64_t k = 0;
+    for (; k + F::lanes < entries; k += F::lanes)
+        allEvens(F::load(from + 2 * k), F::load(from + 2 * k + F::lanes)).store(to + k);
+    for (; k < entries; ++k) to[k] = from[2 * k];
 }
 
 }  // namespace
@@ -54,24 +77,34 @@ Sines<T> constantSines() {
 
 template <class T>
 Sines<T> computedSines(T* table, int order) {
+    constexpr int kVectors = sizeof(double) / sizeof(T), kStep = kVectors * V::lanes;
     const std::int64_t quarter = std::int64_t{1} << (order - 2);
     const V step = V::broadcast(kTwoPi / static_cast<double>(4 * quarter));
-    double ramp[V::lanes], sines[V::lanes], cosines[V::lanes];
-    for (int n = 0; n < V::lanes; ++n) ramp[n] = n;
+    double ramp[kStep];
+    for (int n = 0; n < kStep; ++n) ramp[n] = n;
     // An eighth of the turn gives the whole quarter: the cosines of one half are the sines of the
     // other.
     // From kConstantSineOrder on the eighth is whole vectors.
-    static_assert(kQuarter / 2 % V::lanes == 0);
-    for (std::int64_t k = 0; k < quarter / 2; k += V::lanes) {
-        const V x = (V::load(ramp) + V::broadcast(static_cast<double>(k))) * step, square = x * x;
-        (x * alternatingSeries<1>(square)).store(sines);
-        alternatingSeries<0>(square).store(cosines);
-        for (int n = 0; n < V::lanes; ++n) {
-            table[k + n] = static_cast<T>(sines[n]);
-            table[quarter - k - n] = static_cast<T>(cosines[n]);
-        }
+    static_assert(kQuarter / 2 % kStep == 0);
+    for (std::int64_t k = 0; k < quarter / 2; k += kStep) {
+        V sines[kVectors], cosines[kVectors];
+        simd::unroll<kVectors>([&](auto n) __attribute__((always_inline)) {
+            const V x =
+                (V::load(ramp + n * V::lanes) + V::broadcast(static_cast<double>(k))) * step;
+            const V square = x * x;
+            sines[n] = x * alternatingSeries<1>(square);
+            cosines[n] = alternatingSeries<0>(square);
+        });
+        storeRounded(sines, table + k, false);
+        storeRounded(cosines, table + (quarter - k - kStep + 1), true);
     }
     table[quarter / 2] = static_cast<T>(std::sin(kTwoPi / 8));
+    T* from = table;
+    for (std::int64_t half = quarter / 2; half > 0; half /= 2) {
+        T* to = from + (2 * half + 1);
+        halve(from, to, half + 1);
+        from = to;
+    }
     return {table, order};
 }
 

@@ -28,8 +28,7 @@ constexpr std::size_t kMaxFixedBytes = roundUp(kFixedBytes<T>) + kLine - kObject
 template <class T>
 std::size_t temporaryBytes(FftKind kind, int order) {
     if (order <= kConstantSineOrder) return 0;
-    const std::size_t entries = (std::size_t{1} << (sineOrder<T>(kind, order) - 2)) + 1;
-    return roundUp(entries * sizeof(T)) + kObjectAlignment;
+    return roundUp(waveEntries(sineOrder<T>(kind, order)) * sizeof(T)) + kObjectAlignment;
 }
 
 constexpr bool validFlag(int flag) { return flag == 1 || flag == 2 || flag == 4 || flag == 8; }

@@ -25,8 +25,9 @@ constexpr int kDirectLags = sizeof(T) == sizeof(Zep32f) ? 856 : 152;
 template <class T>
 ZepStatus byTransform(const T* src, int len, T* dst, int lags) {
     filter::CallTransform<T> fft;
-    const std::int64_t twice = std::int64_t{2} * len;
-    if (const ZepStatus s = fft.create(filter::orderFor(twice, 2), 1); s != zepStsNoErr) return s;
+    // What wraps around meets none of these lags.
+    const std::int64_t least = std::int64_t{len} + lags - 1;
+    if (const ZepStatus s = fft.create(filter::orderFor(least, 2), 1); s != zepStsNoErr) return s;
     T* x = fft.buffer(0);
     TransformOf<T>::copy(src, x, len);
     TransformOf<T>::zero(x + len, fft.length() - len);

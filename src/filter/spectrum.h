@@ -8,6 +8,7 @@
 
 #include "core/variant_exports.h"
 #include "transform/fft_real_inverse.h"
+#include "transform/fft_spec.h"
 
 namespace zep::ZEP_VARIANT::filter {
 
@@ -105,41 +106,52 @@ struct TransformOf<Zep32fc> {
     static void multiplyConjugate(const Zep32fc* h, Zep32fc* x, int N);
 };
 
-// A transform of 2^order elements and `buffers` buffers of that size, all for one call.
+// A transform of 2^order elements and `buffers` buffers of that size, all for one call: one block
+// of memory for the object, its temporary tables, the work area and the buffers.
 template <class T>
 class CallTransform {
     using Of = TransformOf<T>;
+    static constexpr FftKind kKind = fft::SpecTraits<typename Of::Spec>::kind;
 
 public:
-    CallTransform() = default;
-    ~CallTransform() {
-        if (spec_ != nullptr) Of::release(spec_);
-    }
-    CallTransform(const CallTransform&) = delete;
-    CallTransform& operator=(const CallTransform&) = delete;
-
     ZepStatus create(int order, int buffers) {
-        if (const ZepStatus s = Of::create(&spec_, order); s != zepStsNoErr) return s;
-        int bytes = 0;
-        if (const ZepStatus s = Of::bytes(spec_, &bytes); s != zepStsNoErr) return s;
+        fft::FftSizes sizes{};
+        if (const ZepStatus s = fft::FFTGetSize<float>(kKind, order, ZEP_FFT_SCALE_INV, 0, &sizes);
+            s != zepStsNoErr)
+            return s;
         N_ = 1 << order;
-        const std::size_t elements =
-            static_cast<std::size_t>(buffers) * static_cast<std::size_t>(N_);
-        const std::size_t work = (static_cast<std::size_t>(bytes) + sizeof(T) - 1) / sizeof(T);
-        if (!memory_.allocate(elements + work)) return zepStsMemAllocErr;
-        if (bytes > 0) work_ = reinterpret_cast<Zep8u*>(memory_.data() + elements);
-        return zepStsNoErr;
+        const std::size_t length = static_cast<std::size_t>(N_) * sizeof(T);
+        const std::size_t elements = static_cast<std::size_t>(buffers) * length;
+        const std::size_t work = lines(sizes.scratch > 0 ? sizes.scratch + fft::kLine : 0);
+        // The temporary tables are gone before the buffers are filled.
+        const std::size_t room = elements + work;
+        const std::size_t most = room > sizes.temporary ? room : sizes.temporary;
+        const std::size_t object = lines(sizes.object);
+        if (!memory_.allocate(object + most)) return zepStsMemAllocErr;
+        char* rest = memory_.data() + object;
+        buffers_ = reinterpret_cast<T*>(rest);
+        if (sizes.scratch > 0) work_ = reinterpret_cast<Zep8u*>(rest + elements);
+        FftObject<float>* spec = nullptr;
+        const ZepStatus s =
+            fft::FFTInit<float>(kKind, &spec, order, ZEP_FFT_SCALE_INV, 0, memory_.data(), rest);
+        spec_ = static_cast<typename Of::Spec*>(spec);
+        return s;
     }
 
     int length() const { return N_; }
-    T* buffer(int i) const { return memory_.data() + static_cast<std::ptrdiff_t>(i) * N_; }
+    T* buffer(int i) const { return buffers_ + static_cast<std::ptrdiff_t>(i) * N_; }
     ZepStatus forward(T* x) const { return Of::forward(x, x, spec_, work_); }
     ZepStatus inverse(T* x) const { return Of::inverse(x, spec_, work_); }
 
 private:
+    static constexpr std::size_t lines(std::size_t bytes) {
+        return (bytes + fft::kLine - 1) / fft::kLine * fft::kLine;
+    }
+
     typename Of::Spec* spec_ = nullptr;
     Zep8u* work_ = nullptr;
-    Scratch<T> memory_;
+    T* buffers_ = nullptr;
+    Scratch<char> memory_;
     int N_ = 0;
 };
 

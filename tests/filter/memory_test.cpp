@@ -36,9 +36,9 @@ TEST_P(FilterMemory, ConvolutionReleasesWhatItGot) {
     };
     EXPECT_EQ(conv(255, 256), 0);
     EXPECT_EQ(conv(3000, 63), 0);
-    EXPECT_GE(conv(300, 300), 2);
-    EXPECT_GE(conv(3000, 100), 2);
-    EXPECT_GE(conv(3000, 2000), 2);
+    EXPECT_GE(conv(300, 300), 1);
+    EXPECT_GE(conv(3000, 100), 1);
+    EXPECT_GE(conv(3000, 2000), 1);
     std::vector<Zep16s> a(3000, 1), b(6000);
     const auto scaled = [&](int m, int n) {
         return untilItSucceeds(
@@ -46,8 +46,8 @@ TEST_P(FilterMemory, ConvolutionReleasesWhatItGot) {
     };
     EXPECT_EQ(scaled(1, 1), 1);
     EXPECT_EQ(scaled(3000, 63), 1);
-    EXPECT_GE(scaled(300, 300), 2);
-    EXPECT_GE(scaled(3000, 100), 2);
+    EXPECT_GE(scaled(300, 300), 1);
+    EXPECT_GE(scaled(3000, 100), 1);
 }
 
 TEST_P(FilterMemory, CorrelationReleasesWhatItGot) {
@@ -64,14 +64,14 @@ TEST_P(FilterMemory, CorrelationReleasesWhatItGot) {
     EXPECT_EQ(real(zepsAutoCorr_32f, 855), 0);
     EXPECT_EQ(real(zepsAutoCorr_NormA_32f, 855), 0);
     EXPECT_EQ(real(zepsAutoCorr_NormB_32f, 855), 1);
-    EXPECT_GE(real(zepsAutoCorr_32f, 856), 2);
-    EXPECT_GE(real(zepsAutoCorr_NormA_32f, 856), 2);
-    EXPECT_GE(real(zepsAutoCorr_NormB_32f, 856), 3);
+    EXPECT_GE(real(zepsAutoCorr_32f, 856), 1);
+    EXPECT_GE(real(zepsAutoCorr_NormA_32f, 856), 1);
+    EXPECT_GE(real(zepsAutoCorr_NormB_32f, 856), 2);
     EXPECT_EQ(complex(zepsAutoCorr_32fc, 151), 0);
     EXPECT_EQ(complex(zepsAutoCorr_NormB_32fc, 151), 1);
-    EXPECT_GE(complex(zepsAutoCorr_32fc, 152), 2);
-    EXPECT_GE(complex(zepsAutoCorr_NormA_32fc, 152), 2);
-    EXPECT_GE(complex(zepsAutoCorr_NormB_32fc, 152), 3);
+    EXPECT_GE(complex(zepsAutoCorr_32fc, 152), 1);
+    EXPECT_GE(complex(zepsAutoCorr_NormA_32fc, 152), 1);
+    EXPECT_GE(complex(zepsAutoCorr_NormB_32fc, 152), 2);
     const int pairs[][2] = {{700, 600}, {400, 1900}, {1900, 400}};
     for (const auto& p : pairs) {
         const int lags = p[0] + p[1] - 1, low = 1 - p[0];
@@ -81,14 +81,14 @@ TEST_P(FilterMemory, CorrelationReleasesWhatItGot) {
                                                    low);
                       },
                       ignore),
-                  2);
+                  1);
         EXPECT_GE(untilItSucceeds(
                       [&] {
                           return zepsCrossCorr_32fc(z.data(), p[0], z.data(), p[1], w.data(), lags,
                                                     low);
                       },
                       ignore),
-                  2);
+                  1);
     }
 }
 

@@ -2,6 +2,8 @@
 // over everything, a long one against a much shorter by overlap-save (Stockham 1966; Oppenheim and
 // Schafer, Discrete-Time Signal Processing, section 8.7): each block of N inputs gives the
 // N-S+1 outputs that its circular convolution with the S taps has not wrapped.
+#include <type_traits>
+
 #include "core/checks.h"
 #include "filter/correlate.h"
 #include "filter/spectrum.h"
@@ -117,7 +119,9 @@ ZepStatus blocked(const Pair<typename Samples::Sample>& p, typename Samples::Sam
     samples.in(p.shorter, taps, p.S);
     TransformOf<Zep32f>::zero(taps + p.S, N - p.S);
     if (const ZepStatus s = fft.forward(taps); s != zepStsNoErr) return s;
-    for (std::int64_t done = 0; done < F; done += step) {
+    // From the last block to the first: what has wrapped in front of a block's results stands where
+    // the block before it writes next.
+    for (std::int64_t done = (F - 1) / step * step; done >= 0; done -= step) {
         // The first block has no history in front of its inputs; what wraps there is zero.
         const std::int64_t history = done > 0 ? p.S - 1 : 0;
         const std::int64_t from = done - history, left = p.T - from;
@@ -126,6 +130,12 @@ ZepStatus blocked(const Pair<typename Samples::Sample>& p, typename Samples::Sam
         TransformOf<Zep32f>::zero(x + n, N - n);
         if (const ZepStatus s = fft.forward(x); s != zepStsNoErr) return s;
         filter::multiplyPacked(taps, x, static_cast<int>(N));
+        if constexpr (std::is_same_v<typename Samples::Sample, Zep32f>) {
+            if (history > 0 && F - done >= step) {
+                if (const ZepStatus s = fft.inverse(x, dst + from); s != zepStsNoErr) return s;
+                continue;
+            }
+        }
         if (const ZepStatus s = fft.inverse(x); s != zepStsNoErr) return s;
         samples.out(x + history, dst + done, F - done < step ? F - done : step);
     }

@@ -41,25 +41,30 @@ struct Sequences {
     std::int64_t bLen;
 };
 
-// Position p of the result is the lag p - (aLen-1); from `offset` on they are wanted.
+// Lag l stands at l mod N. N is at least what keeps the lags that wrap around apart from those that
+// are wanted.
 template <class T>
-ZepStatus whole(const Sequences<T>& s, std::int64_t offset, T* dst, int count) {
+ZepStatus whole(const Sequences<T>& s, std::int64_t lowLag, T* dst, int count) {
     using Of = TransformOf<T>;
+    std::int64_t least = s.aLen > s.bLen ? s.aLen : s.bLen;
+    if (least < s.bLen - lowLag) least = s.bLen - lowLag;
+    if (least < s.aLen + lowLag + count - 1) least = s.aLen + lowLag + count - 1;
     filter::CallTransform<T> fft;
-    const int order = filter::orderFor(s.aLen + s.bLen - 1, 0);
-    if (const ZepStatus status = fft.create(order, 2); status != zepStsNoErr) return status;
+    if (const ZepStatus status = fft.create(filter::orderFor(least, 2), 2); status != zepStsNoErr)
+        return status;
     const std::int64_t N = fft.length();
     T *a = fft.buffer(0), *b = fft.buffer(1);
     Of::copy(s.a, a, s.aLen);
     Of::zero(a + s.aLen, N - s.aLen);
-    Of::zero(b, s.aLen - 1);
-    Of::copy(s.b, b + (s.aLen - 1), s.bLen);
-    Of::zero(b + (s.aLen - 1 + s.bLen), N - (s.aLen - 1 + s.bLen));
+    Of::copy(s.b, b, s.bLen);
+    Of::zero(b + s.bLen, N - s.bLen);
     if (const ZepStatus status = fft.forward(a); status != zepStsNoErr) return status;
     if (const ZepStatus status = fft.forward(b); status != zepStsNoErr) return status;
     Of::multiplyConjugate(a, b, static_cast<int>(N));
     if (const ZepStatus status = fft.inverse(b); status != zepStsNoErr) return status;
-    Of::copy(b + offset, dst, count);
+    const std::int64_t negative = lowLag < 0 ? (count < -lowLag ? count : -lowLag) : 0;
+    Of::copy(b + (N + lowLag), dst, negative);
+    Of::copy(b + (lowLag + negative), dst + negative, count - negative);
     return zepStsNoErr;
 }
 
@@ -111,7 +116,7 @@ ZepStatus overlapping(const Sequences<T>& s, std::int64_t lowLag, T* dst, int co
         }
         sums(s.b, s.bLen, s.a, s.aLen, -(lowLag + count - 1), dst, count);
     } else if (longer < 3 * shorter || shorter < offset) {
-        return whole(s, offset, dst, count);
+        return whole(s, lowLag, dst, count);
     } else if (firstShorter) {
         return blocked(s.a, s.aLen, s.b, s.bLen, offset, dst, count);
     } else {

@@ -54,8 +54,22 @@ public:
           N_(state.fftLen),
           L_(state.tapsLen) {}
 
+    // From the last block to the first: the wrapped results in front of a block's own stand where the
+    // block before it writes next, so that whole blocks go to dst without a copy.
     ZepStatus run(const T* src, T* dst, std::int64_t count) {
         const std::int64_t step = N_ - L_ + 1, before = L_ - 1;
+        for (std::int64_t done = (count - 1) / step * step; done > 0; done -= step) {
+            const std::int64_t rest = count - done;
+            const T* from = src + (done - before);
+            if (rest < step) {
+                Of::copy(from, b_, before + rest);
+                Of::zero(b_ + (before + rest), step - rest);
+                from = b_;
+            }
+            T* to = rest < step ? b_ : dst + (done - before);
+            if (const ZepStatus s = filter(from, to); s != zepStsNoErr) return s;
+            if (rest < step) Of::copy(b_ + before, dst + done, rest);
+        }
         auto* delay = static_cast<T*>(state_.pDlyLine);
         state_.dlyLineIndex = 0;
         Of::copy(delay + 1, b_, before);
@@ -65,32 +79,19 @@ public:
             Of::copy(b_ + (count - 1), delay, L_);
         else
             Of::copy(src + (count - L_), delay, L_);
-        Of::zero(b_ + (before + first), N_ - before - first);
-        if (const ZepStatus s = finish(b_, dst, first); s != zepStsNoErr) return s;
-        for (std::int64_t done = step; done < count; done += step) {
-            const std::int64_t rest = count - done;
-            const T* from = src + (done - before);
-            if (rest < N_) {
-                const std::int64_t m = before + rest < N_ ? before + rest : N_;
-                Of::copy(from, b_, m);
-                Of::zero(b_ + m, N_ - m);
-                from = b_;
-            }
-            const std::int64_t outputs = rest < step ? rest : step;
-            if (const ZepStatus s = finish(from, dst + done, outputs); s != zepStsNoErr) return s;
-        }
+        Of::zero(b_ + (before + first), step - first);
+        if (const ZepStatus s = filter(b_, b_); s != zepStsNoErr) return s;
+        Of::copy(b_ + before, dst, first);
         return zepStsNoErr;
     }
 
 private:
-    // Filters the N samples at x; the first L-1 results have wrapped.
-    ZepStatus finish(const T* x, T* dst, std::int64_t outputs) {
+    // The N samples at x; the first L-1 results have wrapped.
+    ZepStatus filter(const T* x, T* y) {
         if (const ZepStatus s = Of::forward(x, b_, spec_, state_.pFFTWork); s != zepStsNoErr)
             return s;
         Of::multiply(static_cast<const T*>(state_.pFFTTaps), b_, static_cast<int>(N_));
-        if (const ZepStatus s = Of::inverse(b_, spec_, state_.pFFTWork); s != zepStsNoErr) return s;
-        Of::copy(b_ + (L_ - 1), dst, outputs);
-        return zepStsNoErr;
+        return Of::inverse(b_, y, spec_, state_.pFFTWork);
     }
 
     ZepFIRState& state_;

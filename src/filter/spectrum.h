@@ -63,8 +63,8 @@ struct TransformOf<Zep32f> {
     static ZepStatus forward(const Zep32f* src, Zep32f* dst, const Spec* spec, Zep8u* work) {
         return ZEP_VARIANT::zepsFFTFwd_RToPerm_32f(src, dst, spec, work);
     }
-    static ZepStatus inverse(Zep32f* x, const Spec* spec, Zep8u* work) {
-        return fft::FFTInvPermToR(x, x, spec, work);
+    static ZepStatus inverse(const Zep32f* src, Zep32f* dst, const Spec* spec, Zep8u* work) {
+        return fft::FFTInvPermToR(src, dst, spec, work);
     }
     static void copy(const Zep32f* src, Zep32f* dst, std::int64_t n) {
         if (n > 0) ZEP_VARIANT::zepsCopy_32f(src, dst, static_cast<int>(n));
@@ -91,8 +91,8 @@ struct TransformOf<Zep32fc> {
     static ZepStatus forward(const Zep32fc* src, Zep32fc* dst, const Spec* spec, Zep8u* work) {
         return ZEP_VARIANT::zepsFFTFwd_CToC_32fc(src, dst, spec, work);
     }
-    static ZepStatus inverse(Zep32fc* x, const Spec* spec, Zep8u* work) {
-        return ZEP_VARIANT::zepsFFTInv_CToC_32fc(x, x, spec, work);
+    static ZepStatus inverse(const Zep32fc* src, Zep32fc* dst, const Spec* spec, Zep8u* work) {
+        return ZEP_VARIANT::zepsFFTInv_CToC_32fc(src, dst, spec, work);
     }
     static void copy(const Zep32fc* src, Zep32fc* dst, std::int64_t n) {
         if (n > 0) ZEP_VARIANT::zepsCopy_32fc(src, dst, static_cast<int>(n));
@@ -141,7 +141,8 @@ public:
     int length() const { return N_; }
     T* buffer(int i) const { return buffers_ + static_cast<std::ptrdiff_t>(i) * N_; }
     ZepStatus forward(T* x) const { return Of::forward(x, x, spec_, work_); }
-    ZepStatus inverse(T* x) const { return Of::inverse(x, spec_, work_); }
+    ZepStatus inverse(T* x) const { return Of::inverse(x, x, spec_, work_); }
+    ZepStatus inverse(const T* src, T* dst) const { return Of::inverse(src, dst, spec_, work_); }
 
 private:
     static constexpr std::size_t lines(std::size_t bytes) {

@@ -1,9 +1,30 @@
 // Filtering with a multi-rate state.
 #pragma once
 
+#include "core/variant/tag.h"
 #include "filter/polyphase.h"
 
 namespace zep::ZEP_VARIANT::filter {
+
+// Sums of groups that are under way at once; with a line they fill half of the registers or more.
+template <class Tag>
+struct PolyphaseTuning;
+template <>
+struct PolyphaseTuning<tag::m7> {
+    static constexpr int sums = 8;
+};
+template <>
+struct PolyphaseTuning<tag::u8> : PolyphaseTuning<tag::m7> {};
+template <>
+struct PolyphaseTuning<tag::n8> : PolyphaseTuning<tag::m7> {};
+template <>
+struct PolyphaseTuning<tag::y8> : PolyphaseTuning<tag::m7> {};
+template <>
+struct PolyphaseTuning<tag::e9> : PolyphaseTuning<tag::m7> {};
+template <>
+struct PolyphaseTuning<tag::e9_avx512> {
+    static constexpr int sums = 16;
+};
 
 // kCount groups with the same taps, one period after the other; each line is loaded once for all.
 template <class Sums, int kCount>
@@ -123,9 +144,12 @@ template <class Sums>
                                   Index numOut) {
     if (state.groups > 0) {
         const Groups<Sums> groups{state};
-        groups.template blocks<8 / (sizeof(typename Sums::Group) / sizeof(typename Sums::V))>(
-            x, end, dst, numOut);
-        groups.template blocks<2>(x, end, dst, numOut);
+        constexpr int kMost = Tuned<PolyphaseTuning>::sums /
+                              (sizeof(typename Sums::Group) / sizeof(typename Sums::V));
+        groups.template blocks<kMost>(x, end, dst, numOut);
+        groups.template blocks<kMost / 2>(x, end, dst, numOut);
+        if constexpr (kMost / 4 > 2) groups.template blocks<kMost / 4>(x, end, dst, numOut);
+        if constexpr (kMost / 2 > 2) groups.template blocks<2>(x, end, dst, numOut);
         return groups.rest(x, end, dst, numOut);
     }
     constexpr int kAtOnce = 4;

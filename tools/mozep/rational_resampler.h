@@ -12,13 +12,13 @@ namespace mozep_program {
 // Changes the sampling rate of one channel by a ratio of whole numbers. How the stream is cut does
 // not change a bit of the results.
 //
-// The lowpass has a Kaiser window: it is flat up to 0.91 of half the lower rate (20 kHz at 44100 Hz)
-// and 120 dB down from half the lower rate on, so that nothing is mirrored. Sums are in single
-// precision. Its delay is taken out: output n stands at the time n / toRate from the first input on.
+// The lowpass has a Kaiser window: it is flat up to 0.94 of half the lower rate (20.7 kHz at 44100 Hz)
+// and 130 dB down from half the lower rate on, so that nothing is mirrored; that is also how far down
+// the rounding of its sums is, which are in single precision. Its delay is taken out: output n stands at the time n / toRate from the first input on.
 // Before and behind the stream the signal counts as zero. All samples must be finite.
 class RationalResampler final : public ChannelStream {
 public:
-    // The rates, divided by their greatest common divisor, are at most so large. Memory: about 1.4 KB
+    // The rates, divided by their greatest common divisor, are at most so large. Memory: about 2.5 KB
     // for each unit of the larger one, and twice that while the filter is made.
     static constexpr int kLargestFactor = 65536;
 

@@ -16,8 +16,8 @@ constexpr double kSamplesAtOnce = 16384;
 constexpr const char* kMethod =
     "Method: the rates are reduced to a ratio of whole numbers, of at most 65536 each, and a "
     "lowpass\n"
-    "with a Kaiser window runs at their common multiple. It passes what is below 0.91 of half the\n"
-    "lower rate (20 kHz at 44100 Hz) unchanged, and is 120 dB down from half the lower rate on.\n"
+    "with a Kaiser window runs at their common multiple. It passes what is below 0.94 of half the\n"
+    "lower rate (20.7 kHz at 44100 Hz) unchanged, and is 130 dB down from half the lower rate on.\n"
     "Sums are in single precision.\n"
     "The filter's delay is taken out: the first sample stands at the time of the first one of IN, "
     "and\n"

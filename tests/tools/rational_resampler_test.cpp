@@ -39,8 +39,9 @@ Samples resampled(const Samples& x, int from, int to) {
 struct Rates {
     int from, to;
 };
-constexpr Rates kRates[] = {{44100, 48000}, {48000, 44100}, {48000, 8000}, {8000, 48000},
-                            {96000, 44100}, {11025, 8000},  {5, 7},        {7, 5}};
+constexpr Rates kRates[] = {{44100, 48000}, {48000, 44100}, {48000, 8000},
+                            {96000, 48000}, {8000, 48000},  {96000, 44100},
+                            {11025, 8000},  {5, 7},         {7, 5}};
 
 double lowerHalf(const Rates& rates) { return std::min(rates.from, rates.to) / 2.0; }
 
@@ -119,6 +120,7 @@ TEST(RationalResampler, GivesAsManyOutputsAsTheTimeHolds) {
 // A first call that gives something, so that a stream does not wait for a buffer to fill.
 TEST(RationalResampler, GivesWhatTheInputsDetermine) {
     for (const Rates& rates : kRates) {
+        if (rates.from % rates.to == 0) continue;  // in blocks
         RationalResampler resampler(rates.from, rates.to);
         Samples y;
         const std::size_t length = 2 * edge(rates, rates.from);

@@ -42,13 +42,12 @@ template <int width, bool kPartial, class V, int P>
 }
 
 // The R values of each lane in a row, from out on.
-template <int R, bool kPartial, class V, class Part>
-[[gnu::always_inline]] inline void storeRows(Part part, typename V::Scalar* out,
-                                             std::ptrdiff_t rows) {
+template <int R, class V, class Part>
+[[gnu::always_inline]] inline void storeRows(Part part, typename V::Scalar* out) {
     using T = typename V::Scalar;
     constexpr int P = simd::kBlock<V>, W = V::lanes;
     // Whole squares first.
-    constexpr int kSquares = kPartial ? 0 : R / W;
+    constexpr int kSquares = R / W;
 #pragma GCC unroll 4
     for (int square = 0; square < kSquares; ++square) {
         V x[W];
@@ -68,34 +67,24 @@ template <int R, bool kPartial, class V, class Part>
         V x[P];
 #pragma GCC unroll 4
         for (int k = 0; k < P; ++k) x[k] = part(c * P + (k < width ? k : 0));
-        storeColumns<width, kPartial>(x, out + c * P, R, rows);
+        storeColumns<width, false>(x, out + c * P, R, W);
     });
 }
 
-template <Direction D, int R, bool kPartial, class T>
-[[gnu::always_inline]] inline void transformGroups(const T* in, Parts<T> out, std::ptrdiff_t g,
-                                                   std::ptrdiff_t groups) {
-    using V = Real<T>;
-    simd::SplitComplex<V> x[R];
-#pragma GCC unroll 16
-    for (int k = 0; k < R; ++k) {
-        const T* p = in + 2 * (g + k * groups);
-        if constexpr (kPartial)
-            x[k] = simd::loadInterleavedPartial<V>(p, static_cast<int>(groups));
-        else
-            x[k] = simd::loadInterleaved<V>(p);
-    }
-    butterfly<D, R>(x);
-    storeRows<R, kPartial, V>([&](int k) { return x[k].re; }, out.re + R * g, groups);
-    storeRows<R, kPartial, V>([&](int k) { return x[k].im; }, out.re + out.toIm + R * g, groups);
-}
-
+// At least as many groups as lanes.
 template <Direction D, int R, class T>
 void firstStage(const T* in, Parts<T> out, std::ptrdiff_t groups) {
-    constexpr int W = kLanes<T>;
-    if (groups < W) return transformGroups<D, R, true>(in, out, 0, groups);
-    for (std::ptrdiff_t v = 0; v < vectorsOf(groups, W); ++v)
-        transformGroups<D, R, false>(in, out, vectorBegin(v, groups, W), groups);
+    using V = Real<T>;
+    constexpr int W = V::lanes;
+    for (std::ptrdiff_t v = 0; v < vectorsOf(groups, W); ++v) {
+        const std::ptrdiff_t g = vectorBegin(v, groups, W);
+        simd::SplitComplex<V> x[R];
+#pragma GCC unroll 16
+        for (int k = 0; k < R; ++k) x[k] = simd::loadInterleaved<V>(in + 2 * (g + k * groups));
+        butterfly<D, R>(x);
+        storeRows<R, V>([&](int k) { return x[k].re; }, out.re + R * g);
+        storeRows<R, V>([&](int k) { return x[k].im; }, out.re + out.toIm + R * g);
+    }
 }
 
 template <Direction D, class T>

@@ -94,15 +94,4 @@ inline void joinColumns(Parts<const T> in, Sink sink, int radix, std::ptrdiff_t 
     }
 }
 
-template <class T, class Sink>
-inline void joinGroups(Parts<const T> in, Sink sink, int radix, std::ptrdiff_t s,
-                       std::ptrdiff_t groups, const T* twiddles, const T* oddTable) {
-    withRadix(radix, [&](auto R) {
-        if (s < kLanes<T>)
-            joinColumns<R, true>(in, sink, radix, s, groups, twiddles, oddTable);
-        else
-            joinColumns<R, false>(in, sink, radix, s, groups, twiddles, oddTable);
-    });
-}
-
 }  // namespace zep::ZEP_VARIANT::dft

@@ -6,7 +6,13 @@ namespace zep::ZEP_VARIANT::dft {
 template <class T>
 void Middle<T>::join(Parts<const T> in, Parts<T> out, int radix, std::ptrdiff_t s,
                      std::ptrdiff_t groups, const T* twiddles, const T* oddTable) {
-    joinGroups(in, ToParts<T>{out}, radix, s, groups, twiddles, oddTable);
+    const ToParts<T> sink{out};
+    withRadix(radix, [&](auto R) {
+        if (s < kLanes<T>)
+            joinColumns<R, true>(in, sink, radix, s, groups, twiddles, oddTable);
+        else
+            joinColumns<R, false>(in, sink, radix, s, groups, twiddles, oddTable);
+    });
 }
 
 template struct Middle<float>;

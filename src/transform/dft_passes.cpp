@@ -6,25 +6,17 @@ namespace zep::ZEP_VARIANT::dft {
 template <Direction D, class T>
 void Passes<D, T>::last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, const T* twiddles,
                         const T* oddTable) {
-    joinGroups(in, ToPairs<D, T>{out}, radix, s, 1, twiddles, oddTable);
+    withRadix(radix, [&](auto R) {
+        joinColumns<R, false>(in, ToPairs<D, T>{out}, radix, s, 1, twiddles, oddTable);
+    });
 }
-
-namespace {
-
-template <class T>
-const T* oddTableOf(const DftObject<T>& spec, int radix) {
-    if (!isGeneric(radix)) return nullptr;
-    for (int i = 0; i <= spec.lastFactor; ++i)
-        if (spec.factors[i].radix == radix) return spec.factors[i].oddTable;
-    return spec.factors[spec.lastFactor + 1].oddTable;
-}
-
-}  // namespace
 
 template <Direction D, class T>
 void Passes<D, T>::run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec,
                        T* scratch) {
     const std::int32_t* radix = spec.digitPermutation;
+    if (isShort(radix))
+        return runShort(src, dst, radix[1], radix[0], spec.factors[spec.lastFactor].twiddles);
     int count = 2;
     while (radix[count] != 0) ++count;
     // The passes write the two arrays in turn, the last one dst.

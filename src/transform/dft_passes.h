@@ -63,11 +63,6 @@ constexpr std::ptrdiff_t vectorsOf(std::ptrdiff_t columns, int lanes) {
 constexpr std::ptrdiff_t vectorBegin(std::ptrdiff_t vector, std::ptrdiff_t columns, int lanes) {
     return (vector + 1) * lanes <= columns ? vector * lanes : columns - lanes;
 }
-// Where the columns fill no vector there is one all the same, of which they are the first lanes.
-constexpr std::ptrdiff_t partialVectorBegin(std::ptrdiff_t vector, std::ptrdiff_t columns,
-                                            int lanes) {
-    return columns < lanes ? 0 : vectorBegin(vector, columns, lanes);
-}
 
 // Values with their parts in arrays of their own.
 template <class T>
@@ -86,9 +81,20 @@ struct Passes {
     // One group of radix * s bins, into pairs.
     static void last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, const T* twiddles,
                      const T* oddTable);
+    // The two passes of radix * s points, s first; twiddles as tables of short schedules have them.
+    static void runShort(const T* src, T* dst, int radix, int s, const T* twiddles);
     // All of them; scratch holds len elements. dst may equal src.
     static void run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec, T* scratch);
 };
+
+// The table of a radix without code of its own.
+template <class T>
+inline const T* oddTableOf(const DftObject<T>& spec, int radix) {
+    if (!isGeneric(radix)) return nullptr;
+    for (int i = 0; i <= spec.lastFactor; ++i)
+        if (spec.factors[i].radix == radix) return spec.factors[i].oddTable;
+    return spec.factors[spec.lastFactor + 1].oddTable;
+}
 
 // G groups of radix * s bins, forward.
 template <class T>

@@ -175,72 +175,46 @@ void joinRealGroups(const float* in, float* out, int radix, std::ptrdiff_t s, st
     }
 }
 
-template <int R>
-void joinReal(const float* in, float* out, const DftFactor<float>& f, std::ptrdiff_t s,
-              std::ptrdiff_t groups) {
-    withColumnVector<float>((s - 1) / 2, [&]<class V>(V) {
-        joinRealGroups<R, V>(in, out, f.radix, s, groups, f.twiddles, f.oddTable);
+// Calls f with an odd radix as a constant, where it has code of its own, else with 0.
+template <class F>
+[[gnu::always_inline]] inline void withOddRadix(int radix, F f) {
+    withRadix(radix, [&](auto R) {
+        if constexpr (R % 2 == 1 || R == 0) f(R);
     });
 }
 
 }  // namespace
 
 void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch) {
-    const int last = spec.lastFactor;
+    const std::int32_t* radix = spec.digitPermutation;
     const std::ptrdiff_t len = spec.len;
-    const bool firstToDst = last % 2 != 0;
+    int count = 2;
+    while (radix[count] != 0) ++count;
+    const bool firstToDst = count % 2 != 0;
     if (src == dst && firstToDst) {
         __builtin_memcpy(scratch, src, static_cast<std::size_t>(len) * sizeof(float));
         src = scratch;
     }
     float* to = firstToDst ? dst : scratch;
-    std::ptrdiff_t s = spec.factors[last].subLength;
-    const std::ptrdiff_t groups = len / s;
-    switch (s) {
-        case 3:
-            realFirstStage<3>(src, to, groups);
-            break;
-        case 5:
-            realFirstStage<5>(src, to, groups);
-            break;
-        case 7:
-            realFirstStage<7>(src, to, groups);
-            break;
-        case 11:
-            realFirstStage<11>(src, to, groups);
-            break;
-        case 13:
-            realFirstStage<13>(src, to, groups);
-            break;
-        default:
-            realFirstStageOdd(src, to, static_cast<int>(s), groups,
-                              spec.factors[last + 1].oddTable);
-    }
-    for (int i = last; i >= 0; --i) {
-        const DftFactor<float>& f = spec.factors[i];
+    std::ptrdiff_t s = radix[0];
+    withOddRadix(radix[0], [&](auto R) {
+        if constexpr (R > 0)
+            realFirstStage<R>(src, to, len / s);
+        else
+            realFirstStageOdd(src, to, radix[0], len / s, oddTableOf(spec, radix[0]));
+    });
+    const DftFactor<float>* record = spec.factors + spec.lastFactor;
+    for (int i = 1; i < count; ++i, --record) {
         const float* from = to;
         to = to == dst ? scratch : dst;
-        const std::ptrdiff_t rest = len / (s * f.radix);
-        switch (f.radix) {
-            case 3:
-                joinReal<3>(from, to, f, s, rest);
-                break;
-            case 5:
-                joinReal<5>(from, to, f, s, rest);
-                break;
-            case 7:
-                joinReal<7>(from, to, f, s, rest);
-                break;
-            case 11:
-                joinReal<11>(from, to, f, s, rest);
-                break;
-            case 13:
-                joinReal<13>(from, to, f, s, rest);
-                break;
-            default:
-                joinReal<0>(from, to, f, s, rest);
-        }
-        s *= f.radix;
+        const int r = radix[i];
+        withOddRadix(r, [&](auto R) {
+            withColumnVector<float>((s - 1) / 2, [&]<class V>(V) {
+                joinRealGroups<R, V>(from, to, r, s, len / (s * r), record->twiddles,
+                                     oddTableOf(spec, r));
+            });
+        });
+        s *= r;
     }
 }
 

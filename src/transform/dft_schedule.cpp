@@ -11,9 +11,10 @@ struct Composite {
     int exponents[4];
 };
 constexpr Composite kComposites[] = {
-    {16, {4, 0, 0, 0}}, {15, {0, 1, 1, 0}}, {12, {2, 1, 0, 0}}, {10, {1, 0, 1, 0}},
-    {9, {0, 2, 0, 0}},  {8, {3, 0, 0, 0}},  {7, {0, 0, 0, 1}},  {6, {1, 1, 0, 0}},
-    {5, {0, 0, 1, 0}},  {4, {2, 0, 0, 0}},  {3, {0, 1, 0, 0}},  {2, {1, 0, 0, 0}},
+    {16, {4, 0, 0, 0}}, {15, {0, 1, 1, 0}}, {14, {1, 0, 0, 1}}, {12, {2, 1, 0, 0}},
+    {10, {1, 0, 1, 0}}, {9, {0, 2, 0, 0}},  {8, {3, 0, 0, 0}},  {7, {0, 0, 0, 1}},
+    {6, {1, 1, 0, 0}},  {5, {0, 0, 1, 0}},  {4, {2, 0, 0, 0}},  {3, {0, 1, 0, 0}},
+    {2, {1, 0, 0, 0}},
 };
 constexpr int kCompositeCount = sizeof kComposites / sizeof *kComposites;
 
@@ -23,11 +24,11 @@ struct PassCosts {
     double first[17], join[17];
 };
 constexpr PassCosts kFewRegisters = {
-    {0, 0, 0.9, 0.9, 0.9, 1.2, 1.1, 1.7, 1.2, 1.7, 1.8, 2.5, 1.9, 3.0, 0, 2.2, 2.2},
-    {0, 0, 0.9, 0.9, 1.0, 1.35, 1.1, 1.9, 1.4, 1.9, 2.0, 2.8, 2.15, 3.3, 0, 2.45, 2.5}};
+    {0, 0, 0.9, 0.9, 0.9, 1.2, 1.1, 1.7, 1.2, 1.7, 1.8, 2.5, 1.9, 3.0, 2.3, 2.2, 2.2},
+    {0, 0, 0.9, 0.9, 1.0, 1.35, 1.1, 1.9, 1.4, 1.9, 2.0, 2.8, 2.15, 3.3, 2.6, 2.45, 2.5}};
 constexpr PassCosts kManyRegisters = {
-    {0, 0, 1.5, 1.5, 1.5, 1.6, 1.7, 1.8, 1.6, 2.0, 2.0, 2.4, 1.9, 3.0, 0, 2.4, 1.5},
-    {0, 0, 1.1, 1.25, 1.3, 1.5, 1.5, 1.8, 1.5, 1.9, 1.8, 2.4, 1.8, 3.0, 0, 2.4, 2.1}};
+    {0, 0, 1.5, 1.5, 1.5, 1.6, 1.7, 1.8, 1.6, 2.0, 2.0, 2.4, 1.9, 3.0, 2.4, 2.4, 1.5},
+    {0, 0, 1.1, 1.25, 1.3, 1.5, 1.5, 1.8, 1.5, 1.9, 1.8, 2.4, 1.8, 3.0, 2.4, 2.4, 2.1}};
 constexpr PassCosts kCosts = simd::kVectorRegisters > 16 ? kManyRegisters : kFewRegisters;
 constexpr double kCallCost = 4;
 // A vector that the columns do not fill is loaded and stored in pieces.
@@ -90,9 +91,11 @@ private:
         if (current_.count < 2) return;
         for (int i = 0; i < current_.count; ++i) {
             Schedule s = current_;
+            s.radix[s.count] = 0;
             s.radix[0] = current_.radix[i];
             for (int j = 0, to = 1; j < s.count; ++j)
                 if (j != i) s.radix[to++] = current_.radix[j];
+            if (!runs(s)) continue;
             const double cost = costOf(s);
             if (best_.count == 0 || cost < bestCost_) {
                 best_ = s;
@@ -101,14 +104,26 @@ private:
         }
     }
 
+    // Outside the short ones the first stage of a radix with code of its own and the last pass take
+    // whole vectors only. A stage of the largest radix in between leaves them both enough.
+    bool runs(const Schedule& s) const {
+        if (isShort(s.radix)) return true;
+        const std::int64_t lastColumns = len_ / s.radix[s.count - 1];
+        return lastColumns >= W && (isGeneric(s.radix[0]) || len_ / s.radix[0] >= W);
+    }
+
     double costOf(const Schedule& s) const {
         const auto vectors = [](std::int64_t n) { return static_cast<double>((n + W - 1) / W); };
         std::int64_t product = s.radix[0];
         double cost = vectors(len_ / product) * costOfRadix(kCosts.first, s.radix[0]);
+        // Transposed squares beyond what a large radix fills.
+        if (isShort(s.radix) && s.radix[0] >= 14) cost *= 1.3;
         for (int i = 1; i < s.count; ++i) {
             const int r = s.radix[i];
             const auto groups = static_cast<double>(len_ / (product * r));
-            const double factor = product < W ? kPartialFactor : alignmentFactor<T>(product);
+            const double factor = isShort(s.radix) ? 1.0
+                                  : product < W    ? kPartialFactor
+                                                   : alignmentFactor<T>(product);
             cost += kCallCost + groups * vectors(product) * factor * costOfRadix(kCosts.join, r);
             product *= r;
         }

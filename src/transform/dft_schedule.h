@@ -12,8 +12,14 @@ namespace zep::ZEP_VARIANT::dft {
 // radix[0] is the first stage. At most one more than there are records.
 struct Schedule {
     int count = 0;
-    std::int32_t radix[kMaxFactors + 1] = {};
+    std::int32_t radix[kMaxFactors + 2] = {};  // 0 behind the last
 };
+
+// Two passes that a buffer of their own joins (dft_short.cpp).
+constexpr int kMaxShortRadix = 16;
+constexpr bool isShort(const std::int32_t* radix) {
+    return radix[0] <= kMaxShortRadix && radix[1] <= kMaxShortRadix && radix[2] == 0;
+}
 
 template <class T>
 Schedule scheduleOf(const Factors& factors);
@@ -47,6 +53,8 @@ template <class F>
             return f(integral_constant<int, 12>{});
         case 13:
             return f(integral_constant<int, 13>{});
+        case 14:
+            return f(integral_constant<int, 14>{});
         case 15:
             return f(integral_constant<int, 15>{});
         case 16:

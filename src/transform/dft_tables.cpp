@@ -17,9 +17,13 @@ Roots<T>::Roots(std::int64_t T0) : length_(T0), w_(allocate<T>(2 * static_cast<s
     const long double step = 6.283185307179586476925286766559L / static_cast<long double>(N);
     const std::int64_t computed = N % 4 == 0 ? N / 8 : N % 2 == 0 ? N / 4 : N / 2;
     for (std::int64_t k = 0; k <= computed; ++k) {
-        const auto angle = static_cast<double>(static_cast<long double>(k) * step);
-        w_[2 * k] = static_cast<T>(std::cos(angle));
-        w_[2 * k + 1] = static_cast<T>(0.0 - std::sin(angle));
+        const long double exact = static_cast<long double>(k) * step;
+        const auto angle = static_cast<double>(exact);
+        // What the rounding of the angle takes away, to the first order.
+        const auto rest = static_cast<double>(exact - static_cast<long double>(angle));
+        const double cosine = std::cos(angle), sine = std::sin(angle);
+        w_[2 * k] = static_cast<T>(cosine - rest * sine);
+        w_[2 * k + 1] = static_cast<T>(0.0 - (sine + rest * cosine));
     }
     if (N % 4 == 0)
         for (std::int64_t k = N / 8 + 1; k <= N / 4; ++k) {
@@ -81,9 +85,10 @@ bool buildTwiddles(T*& table, int radix, std::int64_t s, std::int64_t columns,
     return made;
 }
 
-// The same for the columns 0 .. s-1 of a complex pass. Lanes behind them repeat the last one.
+// The same for the columns 0 .. s-1 of a complex pass, whose last vector begins early or, padded,
+// has lanes behind the columns.
 template <class T>
-bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, const Roots<T>& roots) {
+bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, bool padded, const Roots<T>& roots) {
     constexpr int W = kLanes<T>;
     const std::int64_t step = roots.length() / (radix * s), vectors = vectorsOf(s, W);
     table = allocate<T>(static_cast<std::size_t>(vectors * (radix - 1) * 2 * W));
@@ -92,7 +97,7 @@ bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, const Roots<T>& roo
     for (std::int64_t v = 0; v < vectors; ++v)
         for (int k = 1; k < radix; ++k, out += 2 * W)
             for (int lane = 0; lane < W; ++lane) {
-                const std::int64_t column = partialVectorBegin(v, s, W) + lane;
+                const std::int64_t column = (padded || s < W ? v * W : vectorBegin(v, s, W)) + lane;
                 const std::int64_t q = column < s ? column : s - 1;
                 out[lane] = roots.re(k * q * step);
                 out[lane + W] = roots.im(k * q * step);
@@ -132,38 +137,44 @@ bool buildOddTables(DftObject<T>& spec, const Factors& factors, const Roots<T>& 
     return true;
 }
 
-}  // namespace
-
-template <class T>
-bool buildPasses(DftObject<T>& spec, int len, const Factors& factors, const Roots<T>& roots) {
-    fillRecords(spec, len, factors);
-    if (!buildOddTables(spec, factors, roots)) return false;
+// The order of the passes; the tables of pass i, which joins columns bins, by make(table, radix,
+// columns, short).
+template <class T, class Make>
+bool buildSchedule(DftObject<T>& spec, const Factors& factors, Make make) {
     const Schedule schedule = scheduleOf<T>(factors);
     const auto count = static_cast<std::size_t>(schedule.count);
     spec.digitPermutation = allocate<std::int32_t>(count + 1);
     if (spec.digitPermutation == nullptr) return false;
     __builtin_memcpy(spec.digitPermutation, schedule.radix, count * sizeof(std::int32_t));
     spec.digitPermutation[count] = 0;
-    std::int64_t s = schedule.radix[0];
+    std::int64_t columns = schedule.radix[0];
     for (int i = 1; i < schedule.count; ++i) {
         const int r = schedule.radix[i];
-        if (!buildJoinTwiddles(spec.factors[factors.count - i].twiddles, r, s, roots)) return false;
-        s *= r;
+        if (!make(spec.factors[factors.count - i].twiddles, r, columns, isShort(schedule.radix)))
+            return false;
+        columns *= r;
     }
     return true;
+}
+
+}  // namespace
+
+template <class T>
+bool buildPasses(DftObject<T>& spec, int len, const Factors& factors, const Roots<T>& roots) {
+    fillRecords(spec, len, factors);
+    return buildOddTables(spec, factors, roots) &&
+           buildSchedule(spec, factors, [&](T*& table, int r, std::int64_t s, bool padded) {
+               return buildJoinTwiddles(table, r, s, padded, roots);
+           });
 }
 
 // Column 0 has no twiddles, and the upper half of the columns is conjugate to the lower.
 bool buildRealPasses(DftObject<float>& spec, const Factors& factors, const Roots<float>& roots) {
     fillRecords(spec, spec.len, factors);
-    if (!buildOddTables(spec, factors, roots)) return false;
-    for (int i = 0; i < factors.count; ++i) {
-        DftFactor<float>& f = spec.factors[i];
-        if (!buildTwiddles<float>(f.twiddles, f.radix, f.subLength, (f.subLength - 1) / 2, 1,
-                                  roots))
-            return false;
-    }
-    return true;
+    return buildOddTables(spec, factors, roots) &&
+           buildSchedule(spec, factors, [&](float*& table, int r, std::int64_t s, bool) {
+               return buildTwiddles<float>(table, r, s, (s - 1) / 2, 1, roots);
+           });
 }
 
 template <class T>

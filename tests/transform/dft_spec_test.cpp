@@ -40,6 +40,11 @@ void plansAre(const std::vector<PlanCase>& cases) {
             EXPECT_EQ(f.subLength, n);
         }
         EXPECT_EQ(n, c.radices.back());
+        // The passes make up the same length, in no more steps than there are records.
+        int product = 1, steps = 0;
+        for (const std::int32_t* r = spec.digitPermutation; *r != 0; ++r, ++steps) product *= *r;
+        EXPECT_EQ(product, c.len);
+        EXPECT_LE(steps, spec.lastFactor + 2);
     }
 }
 

@@ -128,9 +128,20 @@ template <int R>
     }
 }
 
+// How elements stand in memory; the network sorts integers.
+struct AsIntegers {
+    static V exchanged(V x) { return x; }
+};
+// The bits of floats and integers in the same order; its own inverse.
+struct AsFloats {
+    [[gnu::always_inline]] static V exchanged(V x) {
+        return x ^ ((x >> 31) & V::broadcast(INT32_MAX));
+    }
+};
+
 // Sorts (R / 2 * L, R * L] elements, for R == 1 up to L. What the rows have beyond them is filled
 // up with the largest number, and stays behind them.
-template <int R>
+template <int R, class Stored = AsIntegers>
 [[gnu::noinline]] void sortBlock(std::int32_t* p, int len) {
     V r[R];
     simd::unroll<R>([&](auto i) {
@@ -139,12 +150,14 @@ template <int R>
             r[i] = V::load(p + i * L);
         else
             r[i] = V::loadPartial(p + i * L, left < 0 ? 0 : left, INT32_MAX);
+        r[i] = Stored::exchanged(r[i]);
     });
     if constexpr (R > 1) sortColumns(r);
     mergeGroups<2>(r);
     if constexpr (R > 1) interleaveRows(r);
     simd::unroll<R>([&](auto i) {
         const int left = len - i * L;
+        r[i] = Stored::exchanged(r[i]);
         if (2 * i + 2 <= R || left >= L)
             r[i].store(p + i * L);
         else if (left > 0)
@@ -156,12 +169,12 @@ template <int R>
 constexpr int kRows = L >= 16 ? 16 : 8;
 constexpr int kBlock = kRows * L;
 
-// 1 <= len <= kBlock.
-template <int R = kRows>
+// 1 <= len <= R * L.
+template <int R = kRows, class Stored = AsIntegers>
 inline void sortOneBlock(std::int32_t* p, int len) {
     if constexpr (R > 1)
-        if (len <= R / 2 * L) return sortOneBlock<R / 2>(p, len);
-    sortBlock<R>(p, len);
+        if (len <= R / 2 * L) return sortOneBlock<R / 2, Stored>(p, len);
+    sortBlock<R, Stored>(p, len);
 }
 
 // The two halves of `vectors` vectors, each ascending, to one ascending run. Elements are in the

@@ -6,11 +6,14 @@
 // left where it is, and if it is the pivot the range counts as done. So a range always shrinks: of
 // the three elements that the pivot is chosen from, the last one does not end up before it, nor the
 // first one behind it, which keeps either side from being the whole range.
+//
+// The steps decide nothing where no two elements are equal: the order is then the only one. Short ranges
+// are therefore sorted by ranks first, which finds out whether that is so, and by the steps if not.
 #include <cstdint>
 
 #include "core/checks.h"
 #include "core/variant_exports.h"
-#include "simd/vec_fwd.h"
+#include "sort/ranks.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
@@ -34,14 +37,22 @@ struct Pairs {
 
 // `later` is one instruction for the processor, which keeps the search below short.
 struct Ascending {
-    static bool before(auto a, auto b) { return a < b; }
-    static bool notBefore(auto a, auto b) { return a >= b; }
+    static auto before(auto a, auto b) { return a < b; }
+    static auto notBefore(auto a, auto b) { return a >= b; }
     static auto later(auto a, auto b) { return a > b ? a : b; }
+    template <class T>
+    static constexpr T kFirst = std::numeric_limits<T>::has_infinity
+                                    ? -std::numeric_limits<T>::infinity()
+                                    : std::numeric_limits<T>::min();
 };
 struct Descending {
-    static bool before(auto a, auto b) { return a > b; }
-    static bool notBefore(auto a, auto b) { return a <= b; }
+    static auto before(auto a, auto b) { return a > b; }
+    static auto notBefore(auto a, auto b) { return a <= b; }
     static auto later(auto a, auto b) { return a < b ? a : b; }
+    template <class T>
+    static constexpr T kFirst = std::numeric_limits<T>::has_infinity
+                                    ? std::numeric_limits<T>::infinity()
+                                    : std::numeric_limits<T>::max();
 };
 
 // 9 elements or fewer, from the top: of several that belong there the last one moves.
@@ -57,6 +68,49 @@ inline void selectionSort(const Pairs<T>& x, Place lo, Place hi) {
         }
         x.exchange(last, hi);
     }
+}
+
+template <class T>
+constexpr int kMostRanked = 16 * simd::Native<T>::lanes;
+
+// Sorts up to kMostRanked elements unless two of them are equal or one is a not-a-number: then it
+// returns false and has done nothing. Of two different elements exactly one is before the other, of others
+// none, so the sum of all ranks tells.
+template <class Order, class T>
+[[gnu::noinline]] bool sortByRanks(const Pairs<T>& x, Place lo, int len) {
+    using V = simd::Native<T>;
+    constexpr int L = V::lanes;
+    // In front of everything: what the last block has too much gets rank 0.
+    constexpr T kFill = Order::template kFirst<T>;
+    T values[kMostRanked<T> + L], ranks[kMostRanked<T> + L];
+    int n = 0;
+    for (; n + L <= len; n += L) V::load(x.values + lo + n).store(values + n);
+    if (n < len) {
+        V::loadPartial(x.values + lo + n, len - n, kFill).store(values + n);
+        n += L;
+    }
+    V::broadcast(kFill).store(values + n);
+    V sum = V::zero();
+    forRankBlocks<V>(
+        len, [&](auto vectors, int first) __attribute__((always_inline)) {
+            V block[vectors], counts[vectors] = {};
+            simd::unroll<vectors>([&](auto k) { block[k] = V::load(values + first + k * L); });
+            countBefore(values, 0, len, block, counts,
+                        [](V a, V b) { return Order::before(a, b); });
+            simd::unroll<vectors>([&](auto k) {
+                counts[k].store(ranks + first + k * L);
+                sum = sum + counts[k];
+            });
+        });
+    if (static_cast<int>(reduceAdd(sum)) != len * (len - 1) / 2) return false;
+    int indices[kMostRanked<T>];
+    __builtin_memcpy(indices, x.indices + lo, static_cast<std::size_t>(len) * sizeof(int));
+    for (int k = 0; k < len; ++k) {
+        const Place to = lo + static_cast<int>(ranks[k]);
+        simd::writeAny(x.values + to, values[k]);
+        simd::writeAny(x.indices + to, indices[k]);
+    }
+    return true;
 }
 
 template <class Order, class T>
@@ -115,8 +169,10 @@ void sortPairs(const Pairs<T>& x, int len) {
     int depth = 0;
     Range r{0, len - 1};
     while (true) {
-        if (r.count() < 10) {
-            selectionSort<Order>(x, r.lo, r.hi);
+        const bool sorted = r.count() <= kMostRanked<T> && r.count() > 1 &&
+                            sortByRanks<Order>(x, r.lo, static_cast<int>(r.count()));
+        if (sorted || r.count() < 10) {
+            if (!sorted) selectionSort<Order>(x, r.lo, r.hi);
             if (depth == 0) return;
             r = stack[--depth];
             continue;

@@ -4,13 +4,13 @@
 // one ascend with its magnitude already, and of a positive one all bits below the sign are
 // complemented, which puts it before all negative ones with the largest first. Digits of 11, 11 and
 // 10 bits make three passes; one reading of the keys counts all three. The tables of short vectors
-// would cost more than the passes: they take four digits of 8 bits, and the shortest an insertion
-// sort. The order is the same, since a stable sort has only one.
+// would cost more than the passes: they take four digits of 8 bits, and the shortest are sorted by
+// ranks. The order is the same, since a stable sort has only one.
 #include <cstdint>
 
 #include "core/checks.h"
 #include "core/variant_exports.h"
-#include "simd/vec_fwd.h"
+#include "sort/ranks.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
@@ -33,14 +33,40 @@ private:
     std::ptrdiff_t stride_;
 };
 
-void insertionSort(const Keys& keys, std::int32_t* dst, std::int32_t len) {
-    for (std::int32_t n = 0; n < len; ++n) {
-        const std::uint32_t key = keys[n];
-        std::int32_t to = n;
-        for (; to > 0 && key < keys[simd::readAny(dst + to - 1)]; --to)
-            simd::writeAny(dst + to, simd::readAny(dst + to - 1));
-        simd::writeAny(dst + to, n);
-    }
+using V = simd::Native<std::int32_t>;
+constexpr int kMostRanked = 32 * V::lanes;
+
+// Of equal keys the one with the lower index is before the other: in blocks behind it they count too.
+[[gnu::noinline]] void sortByRanks(const Keys& keys, std::int32_t* dst, std::int32_t len) {
+    constexpr int L = V::lanes;
+    // As signed integers in the same order; the last block reads what stands behind them.
+    std::int32_t x[kMostRanked + L], ranks[kMostRanked + L];
+    for (std::int32_t n = 0; n < len; ++n) x[n] = static_cast<std::int32_t>(keys[n] ^ 0x80000000u);
+    for (int n = len; n < len + L; ++n) x[n] = INT32_MAX;
+    std::int32_t lanes[L];
+    for (int k = 0; k < L; ++k) lanes[k] = k;
+    const V lane = V::load(lanes);
+    forRankBlocks<V>(
+        len, [&](auto vectors, int first) __attribute__((always_inline)) {
+            V block[vectors], counts[vectors] = {}, places[vectors];
+            simd::unroll<vectors>([&](auto k) {
+                block[k] = V::load(x + first + k * L);
+                places[k] = lane + V::broadcast(first + k * L);
+            });
+            const int behind = first + vectors * L < len ? first + vectors * L : len;
+            countBefore(x, 0, first, block, counts, [](V a, V b) { return a <= b; });
+            for (int n = first; n < behind; ++n) {
+                const V key = V::broadcast(x[n]), place = V::broadcast(n);
+                simd::unroll<vectors>([&](auto k) {
+                    const auto before =
+                        (key < block[k]) | ((key == block[k]) & (place < places[k]));
+                    counts[k] = counts[k] + keepIf(before, V::broadcast(1));
+                });
+            }
+            countBefore(x, behind, len, block, counts, [](V a, V b) { return a < b; });
+            simd::unroll<vectors>([&](auto k) { counts[k].store(ranks + first + k * L); });
+        });
+    for (std::int32_t n = 0; n < len; ++n) simd::writeAny(dst + ranks[n], n);
 }
 
 template <int kDigits, int kBits>
@@ -104,7 +130,7 @@ private:
     }
 };
 
-constexpr std::int32_t kInsertion = 24, kFewKeys = 4096;
+constexpr std::int32_t kFewKeys = 4096;
 
 }  // namespace
 
@@ -113,8 +139,8 @@ ZepStatus zepsSortRadixIndexDescend_32f(const Zep32f* pSrc, Zep32s srcStrideByte
     if (const ZepStatus s = checkVectors(len, pSrc, pDstIndx, pTmpIndx); s != zepStsNoErr) return s;
     if (static_cast<std::uint32_t>(srcStrideBytes) < sizeof(Zep32f)) return zepStsSizeErr;
     const Keys keys(pSrc, srcStrideBytes);
-    if (len <= kInsertion)
-        insertionSort(keys, pDstIndx, len);
+    if (len <= kMostRanked)
+        sortByRanks(keys, pDstIndx, len);
     else if (len < kFewKeys)
         RadixSort<4, 8>::run(keys, pDstIndx, pTmpIndx, len);
     else

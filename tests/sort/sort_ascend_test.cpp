@@ -104,6 +104,27 @@ TEST_P(SortAscend, LongOnesOfAllPatterns) {
         }
 }
 
+// From one value to more than a sample is likely to hold few of; with one that no sample finds among
+// them, at any place, and of the ends of the range.
+TEST_P(SortAscend, FewValuesAndOneMore) {
+    for (const int values : {1, 2, 3, 7, 8, 9, 12})
+        for (const int len : {1030, 2049, 4111}) {
+            std::vector<Zep32s> x;
+            for (int n = 0; n < len; ++n)
+                x.push_back(static_cast<int>(rng()() % static_cast<unsigned>(values)) * 1000 -
+                            3000);
+            checkSort(x, Edge::Back, 0);
+            checkSort(std::vector<Zep32f>(x.begin(), x.end()), Edge::Front, 2);
+            for (const auto at : {0, 1, len / 2 + 5, len - 17, len - 1})
+                for (const int value : {INT32_MIN, -2999, 1 << 20, INT32_MAX}) {
+                    std::vector<Zep32s> y = x;
+                    y[static_cast<std::size_t>(at)] = value;
+                    checkSort(y, Edge::Back, 0);
+                    if (HasFatalFailure()) return;
+                }
+        }
+}
+
 TEST_P(SortAscend, EndsOfTheRange) {
     for (const int len : {20, 300, 3000}) {
         std::vector<Zep32s> x = patterned<Zep32s>(Pattern::Random, len);

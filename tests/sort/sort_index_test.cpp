@@ -98,7 +98,7 @@ void checkSort(const Function<T>& f, const std::vector<T>& x, Edge edge, int ske
         std::memcpy(&value, values.data() + i * sizeof value, sizeof value);
         std::memcpy(&index, indices.data() + i * sizeof index, sizeof index);
         ASSERT_EQ(index, expected[i].second) << "len " << len << " n " << n;
-        ASSERT_EQ(value, expected[i].first);
+        ASSERT_EQ(std::memcmp(&value, &expected[i].first, sizeof value), 0);
         ASSERT_EQ(value, x[static_cast<std::size_t>(index)]);
         if (n > 0) {
             ASSERT_FALSE(Order<T>{f.ascending}(value, expected[i - 1].first));
@@ -139,6 +139,52 @@ TEST_P(SortIndex, FollowsTheDocumentedSteps) {
     checkFunction<Zep64f>({false, zepsSortIndexDescend_64f_I});
 }
 
+// Two equal elements, zeros of both signs among them, at any two places: the steps decide then.
+template <class T>
+void checkOnePair(const Function<T>& f) {
+    for (const int len : {2, 3, 8, 9, 10, 15, 16, 17, 33, 64, 65, 100, 128, 129, 256, 257, 300})
+        for (int k = 0; k < 6; ++k) {
+            std::vector<T> x = patterned<T>(k % 2 == 0 ? 2 : 3, len);
+            std::shuffle(x.begin(), x.end(), rng());
+            const auto a = rng()() % x.size(), b = rng()() % x.size();
+            x[a] = k < 4 ? x[b] : T{0};
+            if (k >= 4) x[b] = static_cast<T>(-x[a]);
+            checkSort(f, x, Edge::Back, k % 3);
+            if (::testing::Test::HasFatalFailure()) return;
+        }
+}
+
+TEST_P(SortIndex, OneEqualPairFollowsThemToo) {
+    checkOnePair<Zep32f>({true, zepsSortIndexAscend_32f_I});
+    checkOnePair<Zep32f>({false, zepsSortIndexDescend_32f_I});
+    checkOnePair<Zep32s>({false, zepsSortIndexDescend_32s_I});
+    checkOnePair<Zep64f>({false, zepsSortIndexDescend_64f_I});
+}
+
+// Where nothing is equal, at every length that the short way may take, ends of the range among them.
+template <class T>
+void checkDifferent(const Function<T>& f) {
+    for (int len = 1; len <= 300; len += thinStep(7)) {
+        std::vector<T> x = patterned<T>(2, len);
+        x[0] = std::numeric_limits<T>::lowest();
+        if (len > 1) x[1] = std::numeric_limits<T>::max();
+        if (len > 3 && std::numeric_limits<T>::has_infinity) {
+            x[2] = std::numeric_limits<T>::infinity();
+            x[3] = -std::numeric_limits<T>::infinity();
+        }
+        std::shuffle(x.begin(), x.end(), rng());
+        checkSort(f, x, len % 2 == 0 ? Edge::Front : Edge::Back, len % 3);
+        if (::testing::Test::HasFatalFailure()) return;
+    }
+}
+
+TEST_P(SortIndex, DifferentElementsOfAllShortLengths) {
+    checkDifferent<Zep32f>({true, zepsSortIndexAscend_32f_I});
+    checkDifferent<Zep32f>({false, zepsSortIndexDescend_32f_I});
+    checkDifferent<Zep32s>({false, zepsSortIndexDescend_32s_I});
+    checkDifferent<Zep64f>({false, zepsSortIndexDescend_64f_I});
+}
+
 TEST_P(SortIndex, OrderOfEqualElements) {
     Zep32f x[3] = {1, 1, 0};
     int index[3];
@@ -150,7 +196,7 @@ TEST_P(SortIndex, OrderOfEqualElements) {
 }
 
 TEST_P(SortIndex, NotANumbersEndAndKeepEveryElement) {
-    for (const int len : {2, 9, 10, 70, 1000, 60000})
+    for (const int len : {2, 9, 10, 70, 256, 1000, 60000})
         for (const int every : {1, 2, 5}) {
             std::vector<Zep32f> x = patterned<Zep32f>(0, len);
             for (std::size_t n = 0; n < x.size(); n += static_cast<std::size_t>(every))

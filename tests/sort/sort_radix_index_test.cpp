@@ -63,7 +63,8 @@ TEST_P(SortRadixIndex, IsStableAndOrdersBitPatterns) {
     for (int pattern = 0; pattern < 4; ++pattern) {
         for (const int len : sweepLengths())
             checkSort(keysOf(len, pattern), 4, len % 2 == 0 ? Edge::Front : Edge::Back);
-        for (const int len : {255, 1000, 4095, 4096, 5000})
+        for (const int len :
+             {64, 100, 127, 128, 129, 255, 500, 511, 512, 513, 1000, 4095, 4096, 5000})
             checkSort(keysOf(len, pattern), 4, Edge::Back);
         if (HasFatalFailure()) return;
     }
@@ -71,7 +72,7 @@ TEST_P(SortRadixIndex, IsStableAndOrdersBitPatterns) {
 
 TEST_P(SortRadixIndex, ReadsThroughAnyStride) {
     for (const int stride : {5, 8, 11, 64, -4, -7, -8})
-        for (const int len : {1, 2, 23, 24, 25, 49, 300})
+        for (const int len : {1, 2, 24, 49, 128, 129, 300, 512, 513})
             checkSort(keysOf(len, 0), stride, len % 2 == 0 ? Edge::Front : Edge::Back);
 }
 

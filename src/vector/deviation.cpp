@@ -46,7 +46,8 @@ struct Moments {
     double sum, squares;
 };
 
-inline Moments moments(const Zep32f* src, int len, int hint) {
+// Not a call: two results of one go through memory.
+[[gnu::always_inline]] inline Moments moments(const Zep32f* src, int len, int hint) {
     if (hint == zepAlgHintFast) {
         const SingleMoments m = foldSum<4>(len, SingleMoments{}, src);
         return {reduceAdd(m.sum), reduceAdd(m.squares)};

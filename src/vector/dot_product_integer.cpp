@@ -40,13 +40,11 @@ inline double doubleDot(const Zep32s* a, const Zep32s* b, int len) {
 
 // To nearest, ties to even, whatever the rounding mode; saturated. x is no not-a-number.
 inline std::int32_t roundedTo32(double x) {
-    if (x >= 2147483647.0) return INT32_MAX;
-    if (x <= -2147483648.0) return INT32_MIN;
-    const auto whole = static_cast<std::int64_t>(x);
-    const double rest = x - static_cast<double>(whole);
-    const double magnitude = rest < 0.0 ? -rest : rest;
-    const bool away = magnitude > 0.5 || (magnitude == 0.5 && (whole & 1) != 0);
-    return static_cast<std::int32_t>(away ? (x < 0.0 ? whole - 1 : whole + 1) : whole);
+    using One = simd::Narrow<double>;
+    const double rounded = first(roundEven(One::broadcast(x)));
+    if (rounded >= 2147483647.0) return INT32_MAX;
+    if (rounded <= -2147483648.0) return INT32_MIN;
+    return static_cast<std::int32_t>(rounded);
 }
 
 // 2^exponent, of a normal number.

@@ -84,7 +84,7 @@ inline ZepStatus checkedIndex(const T* src, int len, T* result, int* index,
     Best<Which<V>> best(simd::readAny(src));
     forBlocks<V>(len, [&](std::ptrdiff_t at, std::ptrdiff_t count) {
         const Which<V> start{best.everywhere};
-        best.consider(foldExtreme<8>(count, start, best.value, src + at), at);
+        best.consider(foldExtreme<4>(count, start, best.value, src + at), at);
     });
     best.report(src, len, result, index);
     return zepStsNoErr;

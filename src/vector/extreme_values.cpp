@@ -8,17 +8,18 @@ namespace zep::ZEP_VARIANT {
 namespace {
 
 template <template <class> class Which, class T>
-inline ZepStatus checkedExtreme(const T* src, int len, T* result) {
+[[gnu::always_inline]] inline ZepStatus checkedExtreme(const T* src, int len, T* result) {
     if (const ZepStatus s = checkVectors(len, src, result); s != zepStsNoErr) return s;
     using V = simd::Native<T>;
     const T first = simd::readAny(src);
-    const auto a = foldExtreme<8>(len, Which<V>{V::broadcast(first)}, first, src);
+    const auto a = foldExtreme<4>(len, Which<V>{V::broadcast(first)}, first, src);
     simd::writeAny(result, a.reduced());
     return zepStsNoErr;
 }
 
 template <class T>
-inline ZepStatus checkedExtremes(const T* src, int len, T* smallest, T* largest) {
+[[gnu::always_inline]] inline ZepStatus checkedExtremes(const T* src, int len, T* smallest,
+                                                        T* largest) {
     if (const ZepStatus s = checkVectors(len, src, smallest, largest); s != zepStsNoErr) return s;
     using V = simd::Native<T>;
     const T first = simd::readAny(src);

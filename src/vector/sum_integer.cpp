@@ -4,9 +4,11 @@
 // `wrapped` of the elements, modulo 2^32, and `upper` of their upper halves x >> 16. With x = 65536
 // * (x >> 16) + rest, 0 <= rest < 65536, the sum of the rests is wrapped - 65536 * upper modulo
 // 2^32. Up to 65535 elements a lane, upper stays within 32 signed bits and the sum of rests within
-// 32 unsigned ones, so both are exact.
+// 32 unsigned ones, so both are exact. Putting the two together at the end would cost short vectors
+// more than they save: they are widened.
 #include "core/checks.h"
 #include "core/variant_exports.h"
+#include "simd/load_as.h"
 #include "vector/reduce.h"
 #include "vector/scale_total.h"
 
@@ -14,6 +16,9 @@ namespace zep::ZEP_VARIANT {
 namespace {
 
 using V = simd::Native<Zep32s>;
+using W = simd::Native<Zep64s>;
+
+constexpr std::ptrdiff_t kShort = 8 * V::lanes;
 
 constexpr std::ptrdiff_t kVectorsAtOnce = 32768;
 static_assert(kVectorsAtOnce + 1 <= 65535);
@@ -31,23 +36,40 @@ struct HalvesTotal {
     }
 };
 
+// Of both halves, lane by lane.
 template <class T>
-inline std::int64_t sumOfLanes(simd::Vec<T, V::lanes> x) {
-    return static_cast<std::int64_t>(reduceAdd(widenLow(x)) + reduceAdd(widenHigh(x)));
+[[gnu::always_inline]] inline auto widened(simd::Vec<T, V::lanes> x) {
+    return simd::bitsIn<Zep64s>(widenLow(x)) + simd::bitsIn<Zep64s>(widenHigh(x));
+}
+
+struct WideTotal {
+    W sum = W::zero();
+    [[gnu::always_inline]] void merge(const WideTotal& other) { sum = sum + other.sum; }
+};
+inline std::int64_t shortSum(const Zep32s* src, std::ptrdiff_t len) {
+    const auto t = fold<4, W::lanes>(
+        len, WideTotal{},
+        [=](WideTotal & a, std::ptrdiff_t n)
+            __attribute__((always_inline)) { a.sum = a.sum + simd::loadAs<W>(src + n); },
+        [=](WideTotal & a, std::ptrdiff_t n, int count) __attribute__((always_inline)) {
+            a.sum = a.sum + simd::loadPartialAs<W>(src + n, count);
+        });
+    return reduceAdd(t.sum);
 }
 
 inline std::int64_t exactSum(const Zep32s* src, std::ptrdiff_t len) {
+    if (len <= kShort) return shortSum(src, len);
     std::int64_t sum = 0;
-    while (len > 0) {
+    while (true) {
         const std::ptrdiff_t now =
             len < kVectorsAtOnce * V::lanes ? len : kVectorsAtOnce * V::lanes;
         const HalvesTotal t = foldSum<4>(now, HalvesTotal{}, src);
         const auto rests = lanesAs<Zep32u>(t.wrapped - (t.upper << 16));
-        sum += sumOfLanes(t.upper) * 65536 + sumOfLanes(rests);
+        sum += reduceAdd((widened(t.upper) << 16) + widened(rests));
+        if (now == len) return sum;
         src += now;
         len -= now;
     }
-    return sum;
 }
 
 inline std::int32_t scaledMean(std::int64_t sum, int len, int scaleFactor) {

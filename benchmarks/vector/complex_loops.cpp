@@ -34,16 +34,22 @@ void magnitude(const Zep32fc* x, Zep32f* __restrict y, int n) {
 void power(const Zep32fc* x, Zep32f* __restrict y, int n) {
     for (int i = 0; i < n; ++i) y[i] = x[i].re * x[i].re + x[i].im * x[i].im;
 }
-void real(const Zep32fc* x, Zep32f* __restrict y, int n) {
+void magnitudeOfParts(const Zep32f* re, const Zep32f* im, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = std::sqrt(re[i] * re[i] + im[i] * im[i]);
+}
+template <class C, class T>
+void real(const C* x, T* __restrict y, int n) {
     for (int i = 0; i < n; ++i) y[i] = x[i].re;
 }
-void parts(const Zep32fc* x, Zep32f* __restrict re, Zep32f* __restrict im, int n) {
+template <class C, class T>
+void parts(const C* x, T* __restrict re, T* __restrict im, int n) {
     for (int i = 0; i < n; ++i) {
         re[i] = x[i].re;
         im[i] = x[i].im;
     }
 }
-void join(const Zep32f* re, const Zep32f* im, Zep32fc* __restrict y, int n) {
+template <class C, class T>
+void join(const T* re, const T* im, C* __restrict y, int n) {
     for (int i = 0; i < n; ++i) y[i] = {re[i], im[i]};
 }
 void conj(const Zep32fc* x, Zep32fc* __restrict y, int n) {
@@ -82,7 +88,8 @@ void toCartesian(const Zep32f* magnitudes, const Zep32f* phases, Zep32fc* __rest
 
 }  // namespace
 
-extern const ComplexPeers complexLoops{magnitude, power, phase, toPolar, toCartesian,
-                                       real,      parts, join,  conj,    conjFlip};
+extern const ComplexPeers complexLoops{magnitude, power, phase, toPolar,  toCartesian,      real,
+                                       parts,     join,  conj,  conjFlip, magnitudeOfParts, real,
+                                       parts,     parts, join};
 
 }  // namespace zep::bench::ZEP_PEER_LEVEL

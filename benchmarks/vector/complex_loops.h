@@ -17,6 +17,11 @@ struct ComplexPeers {
     void (*join)(const Zep32f* re, const Zep32f* im, Zep32fc* y, int n);
     void (*conj)(const Zep32fc* x, Zep32fc* y, int n);
     void (*conjFlip)(const Zep32fc* x, Zep32fc* y, int n);
+    void (*magnitudeOfParts)(const Zep32f* re, const Zep32f* im, Zep32f* y, int n);
+    void (*real64)(const Zep64fc* x, Zep64f* y, int n);
+    void (*parts64)(const Zep64fc* x, Zep64f* re, Zep64f* im, int n);
+    void (*parts16)(const Zep16sc* x, Zep16s* re, Zep16s* im, int n);
+    void (*join64)(const Zep64f* re, const Zep64f* im, Zep64fc* y, int n);
 };
 ZEP_PEER_TABLE(ComplexPeers, complexLoops)
 

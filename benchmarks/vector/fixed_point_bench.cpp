@@ -1,5 +1,6 @@
 // Scaled fixed-point arithmetic beside plain loops: families add_32s_Sfs0 (no scale), Sfs1, Sfs5,
 // products by a small and a large constant, and the 16-bit forms.
+#include <cstdlib>
 #include <string>
 #include <tuple>
 
@@ -11,7 +12,7 @@
 namespace zep::bench {
 namespace {
 
-constexpr int kSizes[] = {1024, 65536};
+constexpr int kSizes[] = {64, 1024, 16384, 1 << 20};
 
 // Runs f(a, b, y, size); y begins as b. What works in place does so again and again.
 template <class T, class F>
@@ -43,11 +44,21 @@ void addFamily(const std::string& family, auto ours, auto theirs) {
 }
 
 void registerAll() {
-    for (const int k : {0, 1, 5})
+    for (const int k : {0, 1, 5, -3})
         addFamily<Zep32s>(
-            "add_32s_Sfs" + std::to_string(k),
+            "add_32s_Sfs" + std::string(k < 0 ? "m" : "") + std::to_string(std::abs(k)),
             [k](auto a, auto b, auto y, int n) { zepsAdd_32s_Sfs(a, b, y, n, k); },
             [k](const auto& peers, auto a, auto b, auto y, int n) { peers.add(a, b, y, n, k); });
+    for (const int k : {0, 1, 5})
+        addFamily<Zep32s>(
+            "addc_32s_ISfs" + std::to_string(k),
+            [k](auto, auto, auto y, int n) { zepsAddC_32s_ISfs(12345, y, n, k); },
+            [k](const auto& peers, auto, auto, auto y, int n) {
+                peers.addConstant(12345, y, n, k);
+            });
+    addFamily<Zep32s>(
+        "sub_32s_Sfs0", [](auto a, auto b, auto y, int n) { zepsSub_32s_Sfs(a, b, y, n, 0); },
+        [](const auto& peers, auto a, auto b, auto y, int n) { peers.sub(a, b, y, n); });
     // Gains below and above one in Q15.
     for (const auto& [name, val, k] :
          {std::tuple{"mulc_32s_Sfs15_small", 12345, 15},

@@ -15,6 +15,8 @@ Zep64s scaled(Zep64s r, int k) { return (r + (Zep64s{1} << (k - 1)) - 1 + (r >> 
 void add(const Zep32s* a, const Zep32s* b, Zep32s* __restrict y, int n, int k) {
     if (k == 0)
         for (int i = 0; i < n; ++i) y[i] = saturated(Zep64s{a[i]} + b[i]);
+    else if (k < 0)
+        for (int i = 0; i < n; ++i) y[i] = saturated(Zep64s{saturated(Zep64s{a[i]} + b[i])} << -k);
     else if (k == 1)
         for (int i = 0; i < n; ++i) {
             const Zep32s half = (a[i] & b[i]) + ((a[i] ^ b[i]) >> 1);
@@ -22,6 +24,15 @@ void add(const Zep32s* a, const Zep32s* b, Zep32s* __restrict y, int n, int k) {
         }
     else
         for (int i = 0; i < n; ++i) y[i] = static_cast<Zep32s>(scaled(Zep64s{a[i]} + b[i], k));
+}
+void sub(const Zep32s* a, const Zep32s* b, Zep32s* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = saturated(Zep64s{b[i]} - a[i]);
+}
+void addConstant(Zep32s val, Zep32s* __restrict y, int n, int k) {
+    if (k == 0)
+        for (int i = 0; i < n; ++i) y[i] = saturated(Zep64s{y[i]} + val);
+    else
+        for (int i = 0; i < n; ++i) y[i] = static_cast<Zep32s>(scaled(Zep64s{y[i]} + val, k));
 }
 void mulConstant(Zep32s val, Zep32s* __restrict y, int n, int k) {
     if (k == 0)
@@ -42,6 +53,7 @@ void divConstant16(Zep16s val, Zep16s* __restrict y, int n) {
 
 }  // namespace
 
-extern constexpr FixedPointPeers fixedPointLoops{add, mulConstant, mul16, divConstant16};
+extern constexpr FixedPointPeers fixedPointLoops{add,         sub,   addConstant,
+                                                 mulConstant, mul16, divConstant16};
 
 }  // namespace zep::bench::ZEP_PEER_LEVEL

@@ -1,7 +1,8 @@
-// Reductions, statistics and thresholds beside plain loops that the compiler may reorder. Sizes are
-// elements.
+// Reductions, statistics and thresholds beside plain loops that the compiler may reorder, Eigen and VOLK
+// where they have the like. Sizes are elements.
 #include "support/buffers.h"
 #include "support/rows.h"
+#include "support/volk_level.h"
 #include "vector/statistics_loops.h"
 #include "zeps.h"
 
@@ -92,9 +93,13 @@ void registerSums() {
     addReduction<Zep32f>("meanstddev_32f", deviation(zepAlgHintFast), &Peers::meanStdDev);
     addReduction<Zep32f>("meanstddev_32f_accurate", deviation(zepAlgHintAccurate),
                          &Peers::meanStdDev);
+    addReduction<Zep32s>(
+        "mean_32s_Sfs", [](auto x, int n, auto r) { zepsMean_32s_Sfs(x, n, r, 0); },
+        &Peers::mean32s);
     addReduction<Zep32f>("norm_l2_32f", zepsNorm_L2_32f, &Peers::norm);
     addDot<Zep64f, Zep64f, Zep64f>("dotprod_64f", zepsDotProd_64f, &Peers::dot64);
     addDot<Zep32fc, Zep32fc, Zep32fc>("dotprod_32fc", zepsDotProd_32fc, &Peers::dotComplex);
+    addDot<Zep64fc, Zep64fc, Zep64fc>("dotprod_64fc", zepsDotProd_64fc, &Peers::dotComplex64);
     addDot<Zep32s, Zep32s, Zep32s>(
         "dotprod_32s_Sfs",
         [](auto x, auto y, int n, auto r) { zepsDotProd_32s_Sfs(x, y, n, r, 50); }, &Peers::dot32s);
@@ -107,6 +112,17 @@ void registerSums() {
 void registerExtremes() {
     using Peers = StatisticsPeers;
     addReduction<Zep32f>("max_32f", zepsMax_32f, &Peers::max);
+    addReduction<Zep32s>("max_32s", zepsMax_32s, &Peers::max32s);
+    addReduction<Zep64f>("max_64f", zepsMax_64f, &Peers::max64);
+    addReduction<Zep32f, int>("maxorder_32f", zepsMaxOrder_32f, &Peers::order);
+    addReduction<Zep32f, int>(
+        "minmaxindx_32f",
+        [](auto x, int n, auto r) {
+            Zep32f low, high;
+            int lowIndex;
+            zepsMinMaxIndx_32f(x, n, &low, &lowIndex, &high, r);
+        },
+        &Peers::maxIndx);
     addReduction<Zep32f, int>(
         "maxindx_32f",
         [](auto x, int n, auto r) {
@@ -139,6 +155,60 @@ void registerThresholds() {
         [](auto p) { return [p](auto, auto y, int n) { p->thresholdValue(y, n, 0.1f, 0.5f); }; });
 }
 
+template <class T>
+void addEigen(const char* name, auto member) {
+    for (const int size : kSizes)
+        for (const auto& [level, peers] : peerLevels(ZEP_PEERS(statisticsEigen)))
+            addPeer(name, "eigen-" + level, size,
+                    onTwo<T, T>(size, [f = peers->*member](const T* x, const T* y, int n) {
+                        if constexpr (requires { f(x, y, n); })
+                            return f(x, y, n);
+                        else
+                            return f(x, n);
+                    }));
+}
+
+void registerEigen() {
+    using Peers = StatisticsEigenPeers;
+    addEigen<Zep64f>("sum_64f", &Peers::sum64);
+    addEigen<Zep32f>("max_32f", &Peers::max);
+    addEigen<Zep32f>("minmax_32f", &Peers::minMax);
+    addEigen<Zep32f>("norm_l2_32f", &Peers::norm);
+    addEigen<Zep64f>("dotprod_64f", &Peers::dot64);
+}
+
+template <class T>
+void addVolk(const char* name, const volk_func_desc_t& forms, auto f) {
+    for (const int size : kSizes)
+        addPeer(name, volkPeer(forms), size, onTwo<T, T>(size, [=](T* x, T* y, int n) {
+                    return f(x, y, static_cast<unsigned>(n));
+                }));
+}
+
+void registerVolk() {
+    addVolk<Zep32f>("maxindx_32f", volk_32f_index_max_32u_get_func_desc(),
+                    [](auto x, auto, auto n) {
+                        std::uint32_t index;
+                        volk_32f_index_max_32u(&index, x, n);
+                        return index;
+                    });
+    addVolk<Zep32f>("maxevery_32f_I", volk_32f_x2_max_32f_get_func_desc(),
+                    [](auto x, auto y, auto n) { volk_32f_x2_max_32f(y, y, x, n); });
+    addVolk<Zep32f>("meanstddev_32f", volk_32f_stddev_and_mean_32f_x2_get_func_desc(),
+                    [](auto x, auto, auto n) {
+                        Zep32f deviation, mean;
+                        volk_32f_stddev_and_mean_32f_x2(&deviation, &mean, x, n);
+                        return deviation + mean;
+                    });
+    addVolk<Zep32fc>("dotprod_32fc", volk_32fc_x2_dot_prod_32fc_get_func_desc(),
+                     [](auto x, auto y, auto n) {
+                         lv_32fc_t result;
+                         volk_32fc_x2_dot_prod_32fc(&result, reinterpret_cast<lv_32fc_t*>(x),
+                                                    reinterpret_cast<const lv_32fc_t*>(y), n);
+                         return result;
+                     });
+}
+
 }  // namespace
 }  // namespace zep::bench
 
@@ -146,5 +216,7 @@ int main(int argc, char** argv) {
     zep::bench::registerSums();
     zep::bench::registerExtremes();
     zep::bench::registerThresholds();
+    zep::bench::registerEigen();
+    zep::bench::registerVolk();
     return zep::bench::runAll(argc, argv);
 }

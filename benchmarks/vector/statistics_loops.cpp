@@ -45,10 +45,17 @@ Zep32f meanStdDev(const Zep32f* x, int n) {
     }
     return static_cast<Zep32f>(s / n + std::sqrt((q * n - s * s) / (Zep64f(n) * (n - 1))));
 }
-Zep32f max(const Zep32f* x, int n) {
-    Zep32f high = x[0];
+template <class T>
+T max(const T* x, int n) {
+    T high = x[0];
     for (int i = 0; i < n; ++i) high = x[i] > high ? x[i] : high;
     return high;
+}
+Zep32s mean32s(const Zep32s* x, int n) { return static_cast<Zep32s>(total<Zep64s>(x, n) / n); }
+int order(const Zep32f* x, int n) {
+    Zep32f high = 0;
+    for (int i = 0; i < n; ++i) high = std::fabs(x[i]) > high ? std::fabs(x[i]) : high;
+    return std::ilogb(high) + 1;
 }
 Zep32f minMax(const Zep32f* x, int n) { return range(x, n); }
 int minMax8u(const Zep8u* x, int n) { return range(x, n); }
@@ -61,8 +68,9 @@ int maxIndx(const Zep32f* x, int n) {
 }
 Zep32f norm(const Zep32f* x, int n) { return std::sqrt(products<Zep32f>(x, x, n)); }
 Zep64f dot64(const Zep64f* x, const Zep64f* y, int n) { return products<Zep64f>(x, y, n); }
-Zep32f dotComplex(const Zep32fc* x, const Zep32fc* y, int n) {
-    Zep32f re = 0, im = 0;
+template <class C, class T = decltype(C::re)>
+T dotComplex(const C* x, const C* y, int n) {
+    T re = 0, im = 0;
     for (int i = 0; i < n; ++i) {
         re += x[i].re * y[i].re - x[i].im * y[i].im;
         im += x[i].re * y[i].im + x[i].im * y[i].re;
@@ -88,7 +96,8 @@ void thresholdValue(Zep32f* y, int n, Zep32f level, Zep32f value) {
 }  // namespace
 
 extern const StatisticsPeers statisticsLoops{
-    sum,  sum64, sum32s,     meanStdDev, max,       minMax,   minMax8u,  minMax16s,     maxIndx,
-    norm, dot64, dotComplex, dot32s,     dot16s32s, maxEvery, threshold, thresholdValue};
+    sum,        sum64,  sum32s,    meanStdDev, max,       minMax,        minMax8u, minMax16s,
+    maxIndx,    norm,   max,       max,        mean32s,   order,         dot64,    dotComplex,
+    dotComplex, dot32s, dot16s32s, maxEvery,   threshold, thresholdValue};
 
 }  // namespace zep::bench::ZEP_PEER_LEVEL

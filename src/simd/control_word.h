@@ -72,26 +72,24 @@ inline Result withPlainArithmetic(Result (*kernel)(Args...), std::type_identity_
     return mxcsr::run(caller, during, mxcsr::kFlags, kernel, args...);
 }
 
-// Another rounding mode while they live. The compiler does not know that arithmetic depends on it
-// and moves arithmetic out of a guard's reach: what is meant must stand in a function that is not
-// inlined. To nearest clears denormals-are-zero too, where it changes anything.
-template <unsigned mode, unsigned cleared>
-class RoundingScope {
-public:
-    RoundingScope() : caller_(mxcsr::read()) {
-        if (changed()) mxcsr::write((caller_ & ~(mxcsr::kRounding | cleared)) | mode);
-    }
-    ~RoundingScope() {
-        if (changed()) mxcsr::write(caller_);
-    }
-    RoundingScope(const RoundingScope&) = delete;
-    RoundingScope& operator=(const RoundingScope&) = delete;
-
-private:
-    bool changed() const { return (caller_ & mxcsr::kRounding) != mode; }
-    unsigned caller_;
-};
-using RoundingToNearest = RoundingScope<0, mxcsr::kDenormalsAreZero>;
-using RoundingTowardZero = RoundingScope<mxcsr::kRounding, 0>;
+// Runs kernel(args...) under a rounding mode and, where that is not the caller's, without the bits of
+// `cleared`. The flags raised meanwhile are dropped then.
+template <unsigned mode, unsigned cleared, class Result, class... Args>
+inline Result withRounding(Result (*kernel)(Args...), std::type_identity_t<Args>... args) {
+    const unsigned caller = mxcsr::read();
+    if ((caller & mxcsr::kRounding) == mode) [[likely]]
+        return kernel(args...);
+    const unsigned during = (caller & ~(mxcsr::kRounding | cleared)) | mode;
+    return mxcsr::run(caller, during, 0, kernel, args...);
+}
+template <class Result, class... Args>
+inline Result withRoundingToNearest(Result (*kernel)(Args...), std::type_identity_t<Args>... args) {
+    return withRounding<0, mxcsr::kDenormalsAreZero>(kernel, args...);
+}
+template <class Result, class... Args>
+inline Result withRoundingTowardZero(Result (*kernel)(Args...),
+                                     std::type_identity_t<Args>... args) {
+    return withRounding<mxcsr::kRounding, 0>(kernel, args...);
+}
 
 }  // namespace zep::ZEP_VARIANT::simd

@@ -21,6 +21,24 @@ template <int N>
     else
         return {bitsAs<R>(_mm512_cvtps_epi32(detail::in(a)))};
 }
+// To nearest, ties to even, and a sum rounded toward zero: with kRoundingInInstruction whatever the
+// current mode is, else it has to be that one.
+template <int N>
+[[gnu::always_inline]] inline Vec<std::int32_t, N> toIntNearest(Vec<float, N> a) {
+    if constexpr (kRoundingInInstruction && N == 16)
+        return {bitsAs<Register<std::int32_t, N>>(_mm512_cvt_roundps_epi32(
+            detail::in(a), _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC))};
+    else
+        return toInt(a);
+}
+template <int N>
+[[gnu::always_inline]] inline Vec<float, N> addTowardZero(Vec<float, N> a, Vec<float, N> b) {
+    if constexpr (kRoundingInInstruction && N == 16)
+        return {bitsAs<Register<float, N>>(_mm512_add_round_ps(
+            detail::in(a), detail::in(b), _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC))};
+    else
+        return a + b;
+}
 // Toward zero.
 template <int N>
 [[gnu::always_inline]] inline Vec<std::int32_t, N> toIntTruncated(Vec<float, N> a) {

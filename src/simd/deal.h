@@ -15,6 +15,20 @@ struct Dealt {
 
     // lanes pairs from 2 * lanes scalars.
     [[gnu::always_inline]] static Dealt load(const Scalar* p) {
+        // Loads put halves of vectors where they belong for less than shuffles across the middle do.
+        if constexpr (V::bytes == 32 && sizeof(Scalar) == 4) {
+            using H = simd::Half<V>;
+            constexpr int h = H::lanes;
+            const V a = join(H::load(p), H::load(p + lanes));
+            const V b = join(H::load(p + h), H::load(p + lanes + h));
+            return {shuffle(a, b, [](int k) { return evenWithin(k); }),
+                    shuffle(a, b, [](int k) { return evenWithin(k) + 1; })};
+        } else {
+            return loadForOne(p);
+        }
+    }
+    // The same, where only one of the parts is used.
+    [[gnu::always_inline]] static Dealt loadForOne(const Scalar* p) {
         return split(V::load(p), V::load(p + lanes));
     }
     [[gnu::always_inline]] void store(Scalar* p) const {
@@ -33,6 +47,11 @@ struct Dealt {
     }
 
 private:
+    // For lane k, in its 16 bytes: the even lanes of a, then those of b.
+    static constexpr int evenWithin(int k) {
+        constexpr int s = 16 / sizeof(Scalar);
+        return (k % s < s / 2 ? 0 : lanes) + k / s * s + k % s * 2 % s;
+    }
     [[gnu::always_inline]] static Dealt split(V front, V back) {
         return {allEvens(front, back), allOdds(front, back)};
     }

@@ -2,6 +2,8 @@
 // negative one for all that does not fit.
 #pragma once
 
+#include <limits>
+
 #include "simd/vec.h"
 
 namespace zep::ZEP_VARIANT::simd {
@@ -11,6 +13,15 @@ namespace zep::ZEP_VARIANT::simd {
 template <int N>
 [[gnu::always_inline]] inline Vec<std::int32_t, N> saturateAbove(Vec<std::int32_t, N> converted,
                                                                  Vec<float, N> x) {
+    // AVX compares integers by halves only. As a float: a NaN becomes infinity of its sign.
+    if constexpr (kHasAvx && !kHasAvx2 && N == 8) {
+        using F = Vec<float, N>;
+        const F infinity = F::broadcast(std::numeric_limits<float>::infinity());
+        const F ordered = min(x, infinity) | (x & signBits<F>());
+        const F ones = F::broadcast(bitsAs<float>(-1));
+        return lanesAs<std::int32_t>(lanesAs<float>(converted) ^
+                                     keepIf(ordered >= F::broadcast(0x1p31f), ones));
+    }
     using I = Vec<std::int32_t, N>;
     constexpr std::int32_t kLargestBelow = 0x4EFFFFFF, kMost = 0x7FFFFFFF;
     return select(lanesAs<std::int32_t>(x) > I::broadcast(kLargestBelow), I::broadcast(kMost),

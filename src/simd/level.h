@@ -44,6 +44,9 @@ inline constexpr bool kHasAvx512 = false;
 // One instruction loads or stores any part of a vector.
 inline constexpr bool kMaskedMemory = kHasAvx512;
 
+// Instructions on whole vectors may name their rounding mode.
+inline constexpr bool kRoundingInInstruction = kHasAvx512;
+
 inline constexpr int kVectorRegisters = kHasAvx512 ? 32 : 16;
 
 // AVX widens floating lanes only; integers stay at 16 bytes until AVX2.

@@ -13,7 +13,8 @@ using PartOf = decltype(C::re);
 
 // use(parts of `lanes` elements, n, store): store writes one vector to its place in a destination,
 // as far as the elements go.
-template <class C, class Use>
+enum class Wanted { One, Both };
+template <Wanted wanted, class C, class Use>
 inline void forParts(const C* src, int len, Use use) {
     using V = simd::Native<PartOf<C>>;
     using Z = simd::Dealt<V>;
@@ -21,7 +22,8 @@ inline void forParts(const C* src, int len, Use use) {
     sweep<V::lanes>(
         len,
         [=](std::ptrdiff_t n) {
-            use(Z::load(p + 2 * n), [n](V v, auto* dst) { v.store(dst + n); });
+            const Z z = wanted == Wanted::Both ? Z::load(p + 2 * n) : Z::loadForOne(p + 2 * n);
+            use(z, [n](V v, auto* dst) { v.store(dst + n); });
         },
         [=](std::ptrdiff_t n, int count) {
             use(Z::loadPartial(p + 2 * n, count),
@@ -32,14 +34,14 @@ inline void forParts(const C* src, int len, Use use) {
 template <class C>
 inline ZepStatus checkedRe(const C* src, PartOf<C>* re, int len) {
     if (const ZepStatus s = checkVectors(len, src, re); s != zepStsNoErr) return s;
-    forParts(src, len, [=](auto z, auto store) { store(z.re, re); });
+    forParts<Wanted::One>(src, len, [=](auto z, auto store) { store(z.re, re); });
     return zepStsNoErr;
 }
 
 template <class C>
 inline ZepStatus checkedParts(const C* src, PartOf<C>* re, PartOf<C>* im, int len) {
     if (const ZepStatus s = checkVectors(len, src, re, im); s != zepStsNoErr) return s;
-    forParts(src, len, [=](auto z, auto store) {
+    forParts<Wanted::Both>(src, len, [=](auto z, auto store) {
         store(z.re, re);
         store(z.im, im);
     });
@@ -99,7 +101,7 @@ ZepStatus zepsReal_64fc(const Zep64fc* pSrc, Zep64f* pDstRe, int len) {
 }
 ZepStatus zepsImag_32fc(const Zep32fc* pSrc, Zep32f* pDstIm, int len) {
     if (const ZepStatus s = checkVectors(len, pSrc, pDstIm); s != zepStsNoErr) return s;
-    forParts(pSrc, len, [=](auto z, auto store) { store(z.im, pDstIm); });
+    forParts<Wanted::One>(pSrc, len, [=](auto z, auto store) { store(z.im, pDstIm); });
     return zepStsNoErr;
 }
 

@@ -37,6 +37,8 @@ inline constexpr int kStep = [] {
         return simd::kLanes24;
     else if constexpr ((... || std::is_same_v<S, Packed24>))
         return simd::kSamples24;
+    else if constexpr (std::is_same_v<D, std::int32_t> && (... || std::is_same_v<S, float>))
+        return simd::Native<float>::lanes;  // more of them where only the floating unit is wide
     else
         return simd::Native<D>::lanes;
 }();

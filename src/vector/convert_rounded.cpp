@@ -1,8 +1,8 @@
 // From float to integers by a stated rounding mode, whatever the caller's: the product with a power
 // of two, the limit that keeps NaN and large values from the conversion's one indefinite result, the
 // conversion, and saturating packs. Where the caller's mode is not the one that the steps need, it is
-// changed for the length of the kernel, which therefore stands in a function of its own: the compiler
-// takes arithmetic for independent of the control word, and moves across the change what it can.
+// changed for the length of the kernel. Where instructions name their mode, that is needed for few
+// factors only: reading the control word takes longer than converting a hundred elements.
 #include "core/variant_exports.h"
 #include "simd/control_word.h"
 #include "simd/float_to_int.h"
@@ -20,15 +20,15 @@ struct Truncate {
 struct Nearest {
     template <class V>
     [[gnu::always_inline]] static auto toInt(V x) {
-        return simd::toInt(x);
+        return simd::toIntNearest(x);
     }
 };
-// Under rounding toward zero: else the sum of a half and the float below a half would be 1.
+// The sum is rounded toward zero: else that of a half and the float below a half would be 1.
 struct HalfAway {
     template <class V>
     [[gnu::always_inline]] static auto toInt(V x) {
         const V half = V::broadcast(0.5f) | (x & simd::signBits<V>());
-        return toIntTruncated(x + half);
+        return toIntTruncated(addTowardZero(x, half));
     }
 };
 
@@ -45,7 +45,7 @@ template <>
 constexpr float kLargest<Zep8s> = 0x1p7f - 1.0f;
 
 template <class Mode, class D>
-[[gnu::noinline]] void toIntegers(const Zep32f* src, D* dst, int len, float factor) {
+[[gnu::noinline]] ZepStatus toIntegers(const Zep32f* src, D* dst, int len, float factor) {
     using V = simd::Native<float>;
     const auto steps = [factor](auto x) __attribute__((always_inline)) {
         if constexpr (sizeof(D) == 4) {
@@ -59,6 +59,21 @@ template <class Mode, class D>
         }
     };
     convert(steps, dst, len, src);
+    return zepStsNoErr;
+}
+
+// The mode, and with it the treatment of denormals, counts in the steps and in the product. The latter is
+// exact, or too small or too large for its rounding to matter, unless denormals become numbers of
+// some size, or the factor is one: infinity times zero is not infinity times that.
+inline bool productNeedsNoMode(int scaleFactor) {
+    return scaleFactor >= -100 && scaleFactor <= 126;
+}
+
+template <class Change, class... Args>
+[[gnu::always_inline]] inline ZepStatus withMode(Change change, ZepStatus (*kernel)(Args...),
+                                                 int scaleFactor, Args... args) {
+    if (simd::kRoundingInInstruction && productNeedsNoMode(scaleFactor)) return kernel(args...);
+    return change(kernel, args...);
 }
 
 template <class D>
@@ -66,27 +81,24 @@ inline ZepStatus checkedToIntegers(const Zep32f* pSrc, D* pDst, int len, ZepRoun
                                    int scaleFactor) {
     if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
     const float factor = powerOfTwo(scaleFactor);
-    if (rndMode == zepRoundTruncate) {
-        toIntegers<Truncate>(pSrc, pDst, len, factor);
-    } else if (rndMode == zepRoundNearest) {
-        const simd::RoundingToNearest guard;
-        toIntegers<Nearest>(pSrc, pDst, len, factor);
-    } else {
-        const simd::RoundingTowardZero guard;
-        toIntegers<HalfAway>(pSrc, pDst, len, factor);
-    }
-    return zepStsNoErr;
+    if (rndMode == zepRoundTruncate) return toIntegers<Truncate>(pSrc, pDst, len, factor);
+    if (rndMode == zepRoundNearest)
+        return withMode(simd::withRoundingToNearest<ZepStatus, const Zep32f*, D*, int, float>,
+                        toIntegers<Nearest, D>, scaleFactor, pSrc, pDst, len, factor);
+    return withMode(simd::withRoundingTowardZero<ZepStatus, const Zep32f*, D*, int, float>,
+                    toIntegers<HalfAway, D>, scaleFactor, pSrc, pDst, len, factor);
 }
 
-[[gnu::noinline]] void toPacked24(const Zep32f* src, Zep8u* dst, int len, float factor) {
+[[gnu::noinline]] ZepStatus toPacked24(const Zep32f* src, Zep8u* dst, int len, float factor) {
     using V = simd::Native<float>;
     const auto steps = [factor](auto x) __attribute__((always_inline)) {
         return simd::pack24(x.each([&](V v) __attribute__((always_inline)) {
             const V above = max(v * factor, V::broadcast(-8388608.0f));
-            return simd::toInt(min(above, V::broadcast(8388607.0f)));
+            return simd::toIntNearest(min(above, V::broadcast(8388607.0f)));
         }));
     };
     convert(steps, reinterpret_cast<simd::Packed24*>(dst), len, src);
+    return zepStsNoErr;
 }
 
 }  // namespace
@@ -107,9 +119,8 @@ ZepStatus zepsConvert_32f32s_Sfs(const Zep32f* pSrc, Zep32s* pDst, int len, ZepR
 ZepStatus zepsConvert_32f24s_Sfs(const Zep32f* pSrc, Zep8u* pDst, int len, int scaleFactor) {
     if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
     const int k = scaleFactor < -127 ? -127 : scaleFactor > 127 ? 127 : scaleFactor;
-    const simd::RoundingToNearest guard;
-    toPacked24(pSrc, pDst, len, simd::bitsAs<float>((127 - k) << 23));
-    return zepStsNoErr;
+    return withMode(simd::withRoundingToNearest<ZepStatus, const Zep32f*, Zep8u*, int, float>,
+                    toPacked24, k, pSrc, pDst, len, simd::bitsAs<float>((127 - k) << 23));
 }
 
 }  // namespace zep::ZEP_VARIANT

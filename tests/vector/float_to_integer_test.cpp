@@ -117,7 +117,7 @@ TEST_P(FloatToInteger, IsExactBesideEveryTieAndLimit) {
 TEST_P(FloatToInteger, DoesNotDependOnTheCallersRoundingModeAndLeavesTheWord) {
     forEachType([]<class D>(const char* name, Convert<D> f) {
         for (const ZepRoundMode mode : kModes)
-            for (const int scale : {0, 4, -127}) {
+            for (const int scale : {0, 4, -100, -101, -127, 126, 127, 149}) {
                 const auto call = [=](const Zep32f* x, D* y, int len) {
                     return f(x, y, len, mode, scale);
                 };

@@ -27,8 +27,10 @@ inline Sound tone(double Hz, int rate, std::size_t length, double amplitude = 1)
 }
 
 template <class T>
-inline constexpr double kFullScale =
-    std::is_floating_point_v<T> ? 1 : static_cast<double>(std::int64_t{1} << (8 * sizeof(T) - 1));
+inline constexpr double kFullScale = std::is_floating_point_v<T>
+                                         ? 1
+                                         : static_cast<double>(std::int64_t{1}
+                                                               << (8 * sizeof(T) - 1));
 
 template <class T>
 T coded(double x) {

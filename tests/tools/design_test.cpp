@@ -42,10 +42,11 @@ TEST_F(Design, PrintsTheTaps) {
     constexpr double kRate = 44100;
     for (const auto& [window, type] : windows)
         for (const int L : {5, 6, 100, 1001}) {
-            const auto expect = [&](std::vector<std::string> options, const Taps& taps) {
-                options.insert(options.end(), {"--rate", "44100", "--window", window, "--length",
+            const auto expect = [&, name = window](std::vector<std::string> options,
+                                                   const Taps& taps) {
+                options.insert(options.end(), {"--rate", "44100", "--window", name, "--length",
                                                std::to_string(L)});
-                EXPECT_EQ(numbers(printed(options)), taps) << options[0] << ' ' << window << L;
+                EXPECT_EQ(numbers(printed(options)), taps) << options[0] << ' ' << name << L;
             };
             Taps taps(static_cast<std::size_t>(L));
             zepsFIRGenLowpass_64f(1000.5 / kRate, taps.data(), L, type, 1);

@@ -23,6 +23,13 @@ struct Nearest {
         return simd::toIntNearest(x);
     }
 };
+// The same by an instruction more for each vector, whatever the mode is.
+struct NearestAtOnce {
+    template <class V>
+    [[gnu::always_inline]] static auto toInt(V x) {
+        return toIntTruncated(roundEven(x));
+    }
+};
 // The sum is rounded toward zero: else that of a half and the float below a half would be 1.
 struct HalfAway {
     template <class V>
@@ -69,6 +76,12 @@ inline bool productNeedsNoMode(int scaleFactor) {
     return scaleFactor >= -100 && scaleFactor <= 126;
 }
 
+// Short vectors take less time with one more instruction each than the control word does.
+inline bool roundsAtOnce(int len, int scaleFactor) {
+    return simd::kHasSse41 && !simd::kRoundingInInstruction && len <= 256 &&
+           productNeedsNoMode(scaleFactor);
+}
+
 template <class Change, class... Args>
 [[gnu::always_inline]] inline ZepStatus withMode(Change change, ZepStatus (*kernel)(Args...),
                                                  int scaleFactor, Args... args) {
@@ -82,6 +95,8 @@ inline ZepStatus checkedToIntegers(const Zep32f* pSrc, D* pDst, int len, ZepRoun
     if (const ZepStatus s = checkVectors(len, pSrc, pDst); s != zepStsNoErr) return s;
     const float factor = powerOfTwo(scaleFactor);
     if (rndMode == zepRoundTruncate) return toIntegers<Truncate>(pSrc, pDst, len, factor);
+    if (rndMode == zepRoundNearest && roundsAtOnce(len, scaleFactor))
+        return toIntegers<NearestAtOnce>(pSrc, pDst, len, factor);
     if (rndMode == zepRoundNearest)
         return withMode(simd::withRoundingToNearest<ZepStatus, const Zep32f*, D*, int, float>,
                         toIntegers<Nearest, D>, scaleFactor, pSrc, pDst, len, factor);

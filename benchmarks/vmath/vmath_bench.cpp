@@ -1,6 +1,8 @@
-// Vector mathematics beside Eigen, SLEEF and the C library: families exp_32f_A24 ... pow_32fc_A24
+// Vector mathematics beside Eigen, SLEEF, VOLK and the C library, vectors and single numbers: families exp_32f_A24 ... pow_32fc_A24
 // over three sizes, on arguments of everyday ranges. The in-place functions get a fresh copy each
 // time, and so do their peers.
+#include <volk/volk.h>
+
 #include <complex>
 #include <cstring>
 
@@ -36,7 +38,7 @@ Body onVectors(int size, Range range, bool fresh, Function f) {
 }
 
 void addFamily(const char* family, Range range, bool fresh, MathPeers::One ours,
-               MathPeers::One MathPeers::*theirs) {
+               MathPeers::One MathPeers::*theirs, MathPeers::One volk = nullptr) {
     for (const int size : kSizes) {
         addOurs(family, size, onVectors(size, range, fresh, ours));
         const auto add = [&](const char* name, const auto& levels) {
@@ -45,7 +47,9 @@ void addFamily(const char* family, Range range, bool fresh, MathPeers::One ours,
         };
         add("eigen-", peerLevels(ZEP_PEERS(mathEigen)));
         add("sleef-", peerLevels(ZEP_PEERS(mathSleef)));
+        add("libmvec-", peerLevels(ZEP_PEERS(mathVectors)));
         add("libm-", peerLevels(ZEP_PEERS(mathScalar)));
+        if (volk != nullptr) addPeer(family, "volk", size, onVectors(size, range, fresh, volk));
     }
 }
 
@@ -65,23 +69,28 @@ Body onComplex(int size, auto f) {
 
 void addComplex() {
     using F = const float*;
-    addOurs("pow_32fc_A24", 1024, onComplex(1024, [](F z, F w, float* y, int n) {
-                zepsPow_32fc_A24(reinterpret_cast<const Zep32fc*>(z),
-                                 reinterpret_cast<const Zep32fc*>(w), reinterpret_cast<Zep32fc*>(y),
-                                 n);
-            }));
-    addPeer("pow_32fc_A24", "std", 1024, onComplex(1024, [](F z, F w, float* y, int n) {
-                for (int i = 0; i < 2 * n; i += 2) {
-                    const auto p = std::pow(std::complex<float>(z[i], z[i + 1]),
-                                            std::complex<float>(w[i], w[i + 1]));
-                    y[i] = p.real();
-                    y[i + 1] = p.imag();
-                }
-            }));
+    const auto pairs = [](auto* p) { return reinterpret_cast<const Zep32fc*>(p); };
+    for (const int size : kSizes) {
+        addOurs("pow_32fc_A24", size, onComplex(size, [=](F z, F w, float* y, int n) {
+                    zepsPow_32fc_A24(pairs(z), pairs(w), reinterpret_cast<Zep32fc*>(y), n);
+                }));
+        addPeer("pow_32fc_A24", "std", size, onComplex(size, [](F z, F w, float* y, int n) {
+                    for (int i = 0; i < 2 * n; i += 2) {
+                        const auto p = std::pow(std::complex<float>(z[i], z[i + 1]),
+                                                std::complex<float>(w[i], w[i + 1]));
+                        y[i] = p.real();
+                        y[i + 1] = p.imag();
+                    }
+                }));
+    }
 }
 
 void addAll() {
     using F = const float*;
+    // The logarithm to base 2 stands for those that differ from it by a factor.
+    const auto log2 = [](F x, F, float* y, float*, int n) {
+        volk_32f_log2_32f(y, x, static_cast<unsigned>(n));
+    };
     constexpr Range kExp{-20, 20}, kLog{0.01, 100}, kAngle{-100, 100}, kBase{0.05, 20};
     addFamily(
         "exp_32f_A24", kExp, false,
@@ -91,10 +100,11 @@ void addAll() {
         &MathPeers::exp);
     addFamily(
         "ln_32f_I", kLog, true, [](F, F, float* y, float*, int n) { zepsLn_32f_I(y, n); },
-        &MathPeers::ln);
+        &MathPeers::ln, log2);
     addFamily(
         "log10_32f_A11", kLog, false,
-        [](F x, F, float* y, float*, int n) { zepsLog10_32f_A11(x, y, n); }, &MathPeers::log10);
+        [](F x, F, float* y, float*, int n) { zepsLog10_32f_A11(x, y, n); }, &MathPeers::log10,
+        log2);
     addFamily(
         "log10_32f_A24", kLog, false,
         [](F x, F, float* y, float*, int n) { zepsLog10_32f_A24(x, y, n); }, &MathPeers::log10);
@@ -113,6 +123,9 @@ void addAll() {
     addFamily(
         "pow_32f_A24", kBase, false,
         [](F x, F b, float* y, float*, int n) { zepsPow_32f_A24(x, b, y, n); }, &MathPeers::pow);
+    addFamily(
+        "powx_32f_A24", kBase, false,
+        [](F x, F b, float* y, float*, int n) { zepsPowx_32f_A24(x, *b, y, n); }, &MathPeers::powx);
     addComplex();
 }
 

@@ -259,7 +259,7 @@ TEST_F(Convert, SaysWhenAWavFileCannotHoldIt) {
     std::filesystem::resize_file(path("in.wav"), 44ULL + kBytes);
     expectFailure(
         {path("in.wav"), path("out.wav"), "--format", "f32"},
-        "in.wav: has 1500000000 samples a channel, of which a WAV file can hold 10737418");
+        "out.wav: would have 1500000000 samples a channel, of which a WAV file can hold 10737418");
     EXPECT_FALSE(std::filesystem::exists(path("out.wav")));
 }
 

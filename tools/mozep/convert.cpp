@@ -11,6 +11,7 @@
 #include "library_status.h"
 #include "progress.h"
 #include "sound_file.h"
+#include "sound_to_wav.h"
 #include "wav_output.h"
 
 namespace mozep_program {
@@ -35,23 +36,6 @@ constexpr const char* kRules =
 struct Options {
     std::string in, out, format;
 };
-
-WavFormat formatOf(const Options& options, const SoundFile& in) {
-    constexpr std::uint32_t kCentre = 4, kLeftAndRight = 3;
-    WavFormat format{kFormats.at(options.format), in.rate(), in.channels(), in.speakers()};
-    if (format.speakers == 0 && format.channels <= 2)
-        format.speakers = format.channels == 1 ? kCentre : kLeftAndRight;
-    return format;
-}
-
-long long framesFor(const Options& options, const SoundFile& in, const WavFormat& format) {
-    const long long most = longestWav(format);
-    if (!in.lengthIsKnown()) return most;
-    if (in.declaredFrames() > static_cast<double>(most))
-        throw Failure(options.in + ": has " + std::to_string(std::llround(in.declaredFrames())) +
-                      " samples a channel, of which a WAV file can hold " + std::to_string(most));
-    return std::llround(in.declaredFrames());
-}
 
 // What integers cannot show.
 class Faults {
@@ -86,9 +70,11 @@ private:
 
 void run(const Options& options) {
     SoundFile in(options.in, 0);
-    const WavFormat format = formatOf(options, in);
+    const WavFormat format = wavLike(in, kFormats.at(options.format), in.rate());
     const bool integers = format.samples != WavFormat::Samples::Float32;
-    WavOutput out(options.out, format, framesFor(options, in, format));
+    WavOutput out(
+        options.out, format,
+        wavFrames(options.out, format, in.lengthIsKnown(), std::llround(in.declaredFrames())));
     Progress progress(in.declaredFrames());
     Faults faults;
     const auto channels = static_cast<std::size_t>(in.channels());
@@ -113,12 +99,7 @@ void addConvert(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* command =
         app.add_subcommand("convert", "Write a sound file as a WAV file of another sample format");
-    command->add_option("IN", options->in, "sound file, of any kind that libsndfile reads")
-        ->required();
-    command
-        ->add_option("OUT", options->out,
-                     "WAV file to write or replace, IN too; - is the standard output")
-        ->required();
+    addSoundToWav(*command, options->in, options->out);
     command
         ->add_option("--format", options->format,
                      "s16 and s24: integers of 16 or 24 bits; f32: floating-point samples")

@@ -9,6 +9,7 @@
 #include "fir_stream.h"
 #include "process_sound.h"
 #include "response_plot.h"
+#include "sound_to_wav.h"
 #include "taps_file.h"
 
 namespace mozep_program {
@@ -67,12 +68,7 @@ void addFilter(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* command =
         app.add_subcommand("filter", "Filter a sound file by a design or by taps of your own");
-    command->add_option("IN", options->in, "sound file, of any kind that libsndfile reads")
-        ->required();
-    command
-        ->add_option("OUT", options->out,
-                     "WAV file to write or replace, IN too; - is the standard output")
-        ->required();
+    addSoundToWav(*command, options->in, options->out);
     CLI::Option* taps =
         command->add_option("--taps", options->taps, "filter by the taps in this file, one a line");
     for (CLI::Option* ofDesign : addDesignOptions(*command, options->design))

@@ -6,6 +6,7 @@
 
 #include "commands.h"
 #include "progress.h"
+#include "sound_to_wav.h"
 #include "wav_output.h"
 
 namespace mozep_program {
@@ -25,14 +26,6 @@ WavFormat::Samples samplesLike(const SoundFile& in) {
         default:
             return WavFormat::Samples::Float32;
     }
-}
-
-WavFormat formatLike(const SoundFile& in, int rate) {
-    constexpr std::uint32_t kCentre = 4, kLeftAndRight = 3;
-    WavFormat format{samplesLike(in), rate, in.channels(), in.speakers()};
-    if (format.speakers == 0 && format.channels <= 2)
-        format.speakers = format.channels == 1 ? kCentre : kLeftAndRight;
-    return format;
 }
 
 class Channels {
@@ -79,17 +72,6 @@ private:
     std::vector<float> frames_;
 };
 
-long long framesOf(const SoundJob& job, const SoundFile& in, const Channels& channels,
-                   const WavFormat& format) {
-    const long long most = longestWav(format);
-    if (!in.lengthIsKnown()) return most;
-    const long long frames = channels.lengthAfter(std::llround(in.declaredFrames()));
-    if (frames > most)
-        throw Failure(job.out + ": would have " + std::to_string(frames) +
-                      " samples a channel, of which a WAV file can hold " + std::to_string(most));
-    return frames;
-}
-
 void requireFinite(const std::vector<float>& samples, const std::string& name) {
     if (!std::all_of(samples.begin(), samples.end(), [](float x) { return std::isfinite(x); }))
         throw Failure(name + ": holds samples that are not finite numbers");
@@ -99,17 +81,20 @@ void requireFinite(const std::vector<float>& samples, const std::string& name) {
 
 void processSound(const SoundJob& job, SoundFile& in,
                   const std::function<std::unique_ptr<ChannelStream>()>& makeStream) {
-    const WavFormat format = formatLike(in, job.rate);
+    const WavFormat format = wavLike(in, samplesLike(in), job.rate);
     Channels channels(in.channels(), makeStream);
-    WavOutput out(job.out, format, framesOf(job, in, channels, format));
+    // What a header may claim beyond 2^45 is more than any file can hold.
+    const long long frames =
+        channels.lengthAfter(std::llround(std::min(in.declaredFrames(), 0x1p45)));
+    WavOutput out(job.out, format, wavFrames(job.out, format, in.lengthIsKnown(), frames));
     Progress progress(in.declaredFrames());
     const std::size_t block = job.block * static_cast<std::size_t>(in.channels());
-    std::vector<float> frames(block);
-    while (in.readFrames(frames) > 0) {
-        requireFinite(frames, job.in);
-        channels.add(frames);
+    std::vector<float> samples(block);
+    while (in.readFrames(samples) > 0) {
+        requireFinite(samples, job.in);
+        channels.add(samples);
         out.write(channels.results());
-        frames.resize(block);
+        samples.resize(block);
         progress.reached(static_cast<double>(in.framesRead()));
     }
     if (in.framesRead() == 0) throw Failure(job.in + ": holds no samples");

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "process_sound.h"
 #include "rational_resampler.h"
+#include "sound_to_wav.h"
 
 namespace mozep_program {
 namespace {
@@ -49,12 +50,7 @@ void addResample(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     CLI::App* command =
         app.add_subcommand("resample", "Write a sound file at another sampling rate");
-    command->add_option("IN", options->in, "sound file, of any kind that libsndfile reads")
-        ->required();
-    command
-        ->add_option("OUT", options->out,
-                     "WAV file to write or replace, IN too; - is the standard output")
-        ->required();
+    addSoundToWav(*command, options->in, options->out);
     command->add_option("--rate", options->rate, "samples per second of OUT")
         ->check(CLI::Range(1, kHighestRate))
         ->required();

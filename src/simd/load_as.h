@@ -31,6 +31,9 @@ template <class V, class S>
         x = _mm_unpacklo_epi8(x, kSigned ? _mm_cmpgt_epi8(zero, x) : zero);
         if constexpr (sizeof(typename V::Scalar) == 2) return {bitsAs<typename V::R>(x)};
     }
+    if constexpr (sizeof(S) == 4)
+        return {bitsAs<typename V::R>(
+            _mm_unpacklo_epi32(x, kSigned ? _mm_cmpgt_epi32(zero, x) : zero))};
     return {
         bitsAs<typename V::R>(_mm_unpacklo_epi16(x, kSigned ? _mm_cmpgt_epi16(zero, x) : zero))};
 }
@@ -41,10 +44,13 @@ template <class V, std::integral S>
     constexpr bool kSigned = std::signed_integral<S>;
     constexpr int kFrom = sizeof(S), kTo = sizeof(typename V::Scalar);
     constexpr int kBytes = kFrom * V::lanes;
+    static_assert(kTo == 2 * kFrom || (kTo == 4 && kFrom == 1), "no such load is needed yet");
     if constexpr (V::bytes == 64) {
         const auto x = loadLow<kBytes>(p);
         if constexpr (kTo == 2)
             return {bitsAs<R>(kSigned ? _mm512_cvtepi8_epi16(x) : _mm512_cvtepu8_epi16(x))};
+        else if constexpr (kTo == 8)
+            return {bitsAs<R>(kSigned ? _mm512_cvtepi32_epi64(x) : _mm512_cvtepu32_epi64(x))};
         else if constexpr (kFrom == 1)
             return {bitsAs<R>(kSigned ? _mm512_cvtepi8_epi32(x) : _mm512_cvtepu8_epi32(x))};
         else
@@ -53,6 +59,8 @@ template <class V, std::integral S>
         const auto x = loadLow<kBytes>(p);
         if constexpr (kTo == 2)
             return {bitsAs<R>(kSigned ? _mm256_cvtepi8_epi16(x) : _mm256_cvtepu8_epi16(x))};
+        else if constexpr (kTo == 8)
+            return {bitsAs<R>(kSigned ? _mm256_cvtepi32_epi64(x) : _mm256_cvtepu32_epi64(x))};
         else if constexpr (kFrom == 1)
             return {bitsAs<R>(kSigned ? _mm256_cvtepi8_epi32(x) : _mm256_cvtepu8_epi32(x))};
         else
@@ -64,6 +72,8 @@ template <class V, std::integral S>
         const auto x = loadLow<kBytes>(p);
         if constexpr (kTo == 2)
             return {bitsAs<R>(kSigned ? _mm_cvtepi8_epi16(x) : _mm_cvtepu8_epi16(x))};
+        else if constexpr (kTo == 8)
+            return {bitsAs<R>(kSigned ? _mm_cvtepi32_epi64(x) : _mm_cvtepu32_epi64(x))};
         else if constexpr (kFrom == 1)
             return {bitsAs<R>(kSigned ? _mm_cvtepi8_epi32(x) : _mm_cvtepu8_epi32(x))};
         else

@@ -187,23 +187,26 @@ struct ComplexTally {
 }  // namespace
 
 int walkComplexPowers(std::uint64_t count) {
-    const char* const kinds[] = {"inside", "circle", "outside"};
+    const char* const kinds[] = {"inside", "circle", "outside", "large w"};
     std::mt19937_64 random(20110418);
     const auto uniform = [&] { return static_cast<double>(random() >> 11) * 0x1p-52 - 1; };
-    for (std::size_t kind = 0; kind < 3; ++kind) {
+    for (std::size_t kind = 0; kind < 4; ++kind) {
         ComplexTally tallies[kColumnCount];
         for (std::uint64_t n = 0; n < count; ++n) {
             // On the circle up to what single precision has of it, or within 2^-k.
-            const double away = kind == 1 ? uniform() * std::exp2(-static_cast<double>(4 + n % 24))
-                                          : std::exp2((kind == 0 ? -1 : 1) * std::fabs(uniform()) *
-                                                      (n % 2 == 0 ? 2.0 : 60.0)) -
-                                                1;
+            const double away = kind % 2 == 1
+                                    ? uniform() * std::exp2(-static_cast<double>(4 + n % 24))
+                                    : std::exp2((kind == 0 ? -1 : 1) * std::fabs(uniform()) *
+                                                (n % 2 == 0 ? 2.0 : 60.0)) -
+                                          1;
             const double angle = 3.14159265358979 * uniform();
             const Zep32fc z{static_cast<float>((1 + away) * std::cos(angle)),
                             static_cast<float>((1 + away) * std::sin(angle))};
-            const double size = std::exp2(static_cast<double>(n % (kind == 1 ? 20 : 6)) - 2);
+            const double size = std::exp2(static_cast<double>(n % (kind % 2 == 1 ? 20 : 6)) - 2);
+            // Large real exponents about the circle: the modulus stays in range, the angle turns often.
+            const double reach = kind == 3 ? std::min(size, 40 / std::fabs(angle)) : size;
             const Zep32fc w{static_cast<float>(uniform() * size),
-                            static_cast<float>(uniform() * size)};
+                            static_cast<float>(uniform() * reach)};
             const ExactPower exact = exactPower(z, w);
             for (std::size_t c = 0; c < kColumnCount; ++c) {
                 zepSelectColumn(kColumns[c].slot);

@@ -1,5 +1,5 @@
 // The accuracy of every function, by a strided sweep over all single precision numbers, and of
-// powers over pairs that spread over all exponents. tools/vmath_accuracy walks all of them.
+// powers over pairs that spread over all exponents. benchmarks/vmath/vmath_error walks all of them.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -39,7 +39,7 @@ public:
         taps_.store(taps);
         for (int i = 0; i < kTaps; ++i) {
             s.coefficients[i] = b[i];
-            s.samples[i] = taps[i] & 0x3FF;
+            s.samples[i] = static_cast<std::int16_t>(taps[i] & 0x3FF);
             s.signs[i] = taps[i] < 0;
         }
     }

@@ -77,7 +77,7 @@ Sines<T> constantSines() {
 
 template <class T>
 Sines<T> computedSines(T* table, int order) {
-    constexpr int kVectors = sizeof(double) / sizeof(T), kStep = kVectors * V::lanes;
+    constexpr int kVectors = simd::Native<T>::lanes / V::lanes, kStep = kVectors * V::lanes;
     const std::int64_t quarter = std::int64_t{1} << (order - 2);
     const V step = V::broadcast(kTwoPi / static_cast<double>(4 * quarter));
     double ramp[kStep];

@@ -48,24 +48,13 @@ std::string wrongUsage(const CLI::App& app, const CLI::ParseError& error) {
     return (command ? "there is no command \"" : "does not know \"") + unknown.front() + '"' + help;
 }
 
-}  // namespace
-
-void warn(const std::string& command, const std::string& message) {
-    std::fprintf(stderr, "mozep %s: warning: %s\n", command.c_str(), printable(message).c_str());
-}
-
-}  // namespace mozep_program
-
-int main(int argc, char** argv) {
-    using namespace mozep_program;
+int run(int argc, char** argv) {
     CLI::App app("Signal processing with the MOZEP library.", "mozep");
     app.set_version_flag("--version", versionLine());
     app.require_subcommand(1);
     app.footer(
         "Exit codes: 0, all is well, warnings included; 1, the work could not be done; 2, wrong "
         "usage.\nErrors and warnings are lines on the standard error.");
-    // A limit on the size of files is an error like a full disk.
-    std::signal(SIGXFSZ, SIG_IGN);
     addConvert(app);
     addDesign(app);
     addFilter(app);
@@ -87,5 +76,25 @@ int main(int argc, char** argv) {
         return std::cout.good() ? 0 : fail(app, kNoOutput, kFailed);
     } catch (const std::exception& e) {
         return fail(app, e.what(), kFailed);
+    }
+    return 0;
+}
+
+}  // namespace
+
+void warn(const std::string& command, const std::string& message) {
+    std::fprintf(stderr, "mozep %s: warning: %s\n", command.c_str(), printable(message).c_str());
+}
+
+}  // namespace mozep_program
+
+int main(int argc, char** argv) {
+    // A limit on the size of files is an error like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        return mozep_program::run(argc, argv);
+    } catch (...) {
+        std::fputs("mozep: there is too little memory even to say what is wrong\n", stderr);
+        return mozep_program::kFailed;
     }
 }

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "commands.h"
 
@@ -66,8 +67,9 @@ std::string behindLinks(std::string name) {
     for (int depth = 0; depth < 40; ++depth) {
         const ssize_t length = readlink(name.c_str(), link, sizeof link);
         if (length < 0) break;
-        const std::string next(link, static_cast<std::size_t>(length));
-        name = next.starts_with('/') ? next : name.substr(0, lengthOfFolder(name)) + next;
+        std::string next(link, static_cast<std::size_t>(length));
+        if (!next.starts_with('/')) next.insert(0, name, 0, lengthOfFolder(name));
+        name = std::move(next);
     }
     return name;
 }

@@ -8,34 +8,13 @@
 #include <numeric>
 
 #include "filter/fir_record.h"
+#include "filter/rates.h"
 #include "support/failing_heap.h"
-#include "support/guarded_buffer.h"
-#include "support/random.h"
-#include "support/sweep.h"
-#include "support/variant.h"
-#include "zeps.h"
 
 namespace zep::test {
 namespace {
 
 constexpr double kUnit = 0x1p-53, kFloatUnit = 0x1p-24;
-
-struct Rates {
-    int taps = 1, up = 1, upPhase = 0, down = 1, downPhase = 0;
-    int history() const { return (taps + up - 1) / up; }
-};
-
-std::ostream& operator<<(std::ostream& out, const Rates& r) {
-    return out << "taps " << r.taps << " up " << r.up << '+' << r.upPhase << " down " << r.down
-               << '+' << r.downPhase;
-}
-
-template <class T>
-std::vector<T> randomVector(int len) {
-    std::vector<T> x(static_cast<std::size_t>(len));
-    fillRandom(x);
-    return x;
-}
 
 // Output q of a stream that begins behind `past` (newest first), and the sum of magnitudes.
 struct Expected {
@@ -110,19 +89,9 @@ protected:
 ZEP_FOR_EACH_VARIANT(FirDouble);
 
 TEST_P(FirDouble, FollowsTheDefinitionAtEveryRateAndPhase) {
-    for (int up = 1; up <= 7; up += thinStep(2))
-        for (int down = 1; down <= 7; down += thinStep(3))
-            for (int upPhase = 0; upPhase < up; ++upPhase)
-                for (int downPhase = 0; downPhase < down; ++downPhase) {
-                    const int most = rng()() % 8 == 0 ? 300 : 40;
-                    const auto draw = [](int n) {
-                        return 1 + static_cast<int>(rng()() % unsigned(n));
-                    };
-                    const int taps = draw(most);
-                    check({taps, up, upPhase, down, downPhase},
-                          {draw(3), draw(9), draw(5), draw(40)}, downPhase % 2 == 0);
-                    if (HasFatalFailure()) return;
-                }
+    forEveryRateAndPhase([&](const Rates& r) {
+        check(r, {draw(3), draw(9), draw(5), draw(40)}, r.downPhase % 2 == 0);
+    });
 }
 
 TEST_P(FirDouble, FollowsTheDefinitionForManyTapCounts) {

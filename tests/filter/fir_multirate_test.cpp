@@ -3,23 +3,13 @@
 // Bound: a sum of K products in float, K = ceil(taps / up), doubled where samples are complex, has
 // at most K roundings of products and K of sums on the way of any term, one of each where they are
 // fused, and some more where lanes are added up: |error| <= (2K + 8) 2^-24 sum |h||x|.
-#include <complex>
 #include <numeric>
 
+#include "filter/rates.h"
 #include "support/failing_heap.h"
-#include "support/guarded_buffer.h"
-#include "support/random.h"
-#include "support/sweep.h"
-#include "support/variant.h"
-#include "zeps.h"
 
 namespace zep::test {
 namespace {
-
-struct Rates {
-    int taps = 1, up = 1, upPhase = 0, down = 1, downPhase = 0;
-    int history() const { return (taps + up - 1) / up; }
-};
 
 struct Calls32f {
     using T = Zep32f;
@@ -28,7 +18,6 @@ struct Calls32f {
     static constexpr auto inPlace = zepsFIR_32f_I;
     static constexpr auto release = zepsFIRFree_32f;
     static constexpr int products = 1;
-    static std::complex<double> wide(T x) { return double(x); }
 };
 struct Calls32fc {
     using T = Zep32fc;
@@ -37,15 +26,7 @@ struct Calls32fc {
     static constexpr auto inPlace = zepsFIR_32fc_I;
     static constexpr auto release = zepsFIRFree_32fc;
     static constexpr int products = 2;
-    static std::complex<double> wide(T x) { return {x.re, x.im}; }
 };
-
-template <class T>
-std::vector<T> randomVector(int len) {
-    std::vector<T> x(static_cast<std::size_t>(len));
-    fillRandom(x);
-    return x;
-}
 
 template <class Calls>
 struct Stream {
@@ -71,25 +52,22 @@ struct Stream {
                              past.empty() ? nullptr : past.data());
     }
     void judge(const T* at, long q) const {
-        std::complex<double> want = 0;
+        Wide want = 0;
         double magnitude = 0;
         const long target = q * r.down + r.downPhase - r.upPhase;
         for (long k = 0; k < r.taps; ++k) {
             if ((target - k) % r.up != 0) continue;
             const long i = (target - k) / r.up;
             if (i < 0 && past.empty()) continue;
-            const auto product =
-                Calls::wide(h[std::size_t(k)]) *
-                Calls::wide(i >= 0 ? x[std::size_t(i)] : past[std::size_t(-i - 1)]);
+            const auto product = wide(h[std::size_t(k)]) *
+                                 wide(i >= 0 ? x[std::size_t(i)] : past[std::size_t(-i - 1)]);
             want += product;
             magnitude += 1.5 * std::abs(product);
         }
         T got;
         std::memcpy(&got, at, sizeof got);
         const double bound = (2 * Calls::products * r.history() + 8) * 0x1p-24 * magnitude;
-        ASSERT_LE(std::abs(Calls::wide(got) - want), bound)
-            << "output " << q << " taps " << r.taps << " up " << r.up << '+' << r.upPhase
-            << " down " << r.down << '+' << r.downPhase;
+        ASSERT_LE(std::abs(wide(got) - want), bound) << "output " << q << ' ' << r;
     }
 };
 
@@ -134,19 +112,9 @@ class FirMultirate : public VariantTest {};
 ZEP_FOR_EACH_VARIANT(FirMultirate);
 
 TEST_P(FirMultirate, FollowsTheDefinitionAtEveryRateAndPhase) {
-    for (int up = 1; up <= 7; up += thinStep(2))
-        for (int down = 1; down <= 7; down += thinStep(3))
-            for (int upPhase = 0; upPhase < up; ++upPhase)
-                for (int downPhase = 0; downPhase < down; ++downPhase) {
-                    const int most = rng()() % 8 == 0 ? 300 : 40;
-                    const auto draw = [](int n) {
-                        return 1 + static_cast<int>(rng()() % unsigned(n));
-                    };
-                    const int taps = draw(most);
-                    checkBoth({taps, up, upPhase, down, downPhase},
-                              {draw(3), draw(9), draw(40), draw(5)}, downPhase % 2 == 0);
-                    if (HasFatalFailure()) return;
-                }
+    forEveryRateAndPhase([](const Rates& r) {
+        checkBoth(r, {draw(3), draw(9), draw(40), draw(5)}, r.downPhase % 2 == 0);
+    });
 }
 
 TEST_P(FirMultirate, FollowsTheDefinitionForManyTapCounts) {

@@ -1,7 +1,6 @@
 // One object of any length serves several threads at once.
-#include <thread>
-
 #include "transform/dft_support.h"
+#include "transform/threads_support.h"
 
 namespace zep::test {
 namespace {
@@ -11,28 +10,13 @@ class DftThreads : public VariantTest {};
 template <class Kind>
 void threadsShareAnObject(int N) {
     using T = typename Kind::Element;
-    constexpr int kThreads = 4, kCalls = 4;
     const Dft<Kind> dft(N, ZEP_FFT_SCALE_SQRT);
     std::vector<T> x(static_cast<std::size_t>(N)), want(x.size());
     fillRandom(x);
     ASSERT_EQ(Kind::forward(x.data(), want.data(), dft.spec(), nullptr), zepStsNoErr);
-
-    std::vector<int> good(kThreads);
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t)
-        threads.emplace_back([&, t] {
-            std::vector<Zep8u> scratch(static_cast<std::size_t>(dft.scratchBytes()) + 1);
-            std::vector<T> X(x.size());
-            for (int call = 0; call < kCalls; ++call) {
-                X = x;
-                Zep8u* own = (t + call) % 2 == 0 ? scratch.data() : nullptr;
-                const T* from = call % 2 == 0 ? X.data() : x.data();
-                if (Kind::forward(from, X.data(), dft.spec(), own) != zepStsNoErr) return;
-                if (sameBits(X.data(), want.data(), x.size())) ++good[static_cast<std::size_t>(t)];
-            }
-        });
-    for (std::thread& thread : threads) thread.join();
-    for (const int calls : good) EXPECT_EQ(calls, kCalls) << "len " << N;
+    expectSameOnThreads(x, want, dft.scratchBytes(), 4, [&](const T* src, T* dst, Zep8u* scratch) {
+        return Kind::forward(src, dst, dft.spec(), scratch);
+    });
 }
 
 // Straight-line code, the definition, passes of two and of many, generic radices, a nested
@@ -48,16 +32,11 @@ TEST_P(DftThreads, ShareAnObjectOfEachRoute) {
 
 // Set-up shares nothing.
 TEST_P(DftThreads, CreateObjectsAtTheSameTime) {
-    std::vector<std::thread> threads;
-    std::vector<ZepStatus> status(4, zepStsErr);
-    for (std::size_t t = 0; t < status.size(); ++t)
-        threads.emplace_back([&status, t] {
-            DFTSpecC32fc* spec = nullptr;
-            status[t] = zepsDFTInitAlloc_C_32fc(&spec, t % 2 == 0 ? 1009 : 1920, 8, 0);
-            if (status[t] == zepStsNoErr) status[t] = zepsDFTFree_C_32fc(spec);
-        });
-    for (std::thread& thread : threads) thread.join();
-    for (const ZepStatus s : status) EXPECT_EQ(s, zepStsNoErr);
+    expectCreationOnThreads([](std::size_t t) {
+        DFTSpecC32fc* spec = nullptr;
+        const ZepStatus status = zepsDFTInitAlloc_C_32fc(&spec, t % 2 == 0 ? 1009 : 1920, 8, 0);
+        return status == zepStsNoErr ? zepsDFTFree_C_32fc(spec) : status;
+    });
 }
 
 ZEP_FOR_EACH_VARIANT(DftThreads);

@@ -1,6 +1,5 @@
 // mozep tone and mozep noise, run as a program.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -8,21 +7,15 @@
 #include <limits>
 #include <numbers>
 
-#include "support/program.h"
+#include "tools/program_test.h"
 #include "tools/wav_reader.h"
 
 namespace zep::test {
 namespace {
 
-class Generated : public testing::Test {
+class Generated : public FolderTest {
 protected:
-    void SetUp() override {
-        directory_ = testing::TempDir() + "mozep_generated_" + std::to_string(getpid());
-        std::filesystem::create_directory(directory_);
-    }
-    void TearDown() override { std::filesystem::remove_all(directory_); }
-
-    std::string path(const std::string& name) const { return directory_ + "/" + name; }
+    Generated() : FolderTest("generated") {}
 
     static ProgramResult run(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), ZEP_PROGRAM);
@@ -43,17 +36,9 @@ protected:
     // One line that says what went wrong, and no file.
     void expectFailure(std::vector<std::string> arguments, const std::string& words, int code) {
         arguments.insert(arguments.begin() + 1, path("none.wav"));
-        const ProgramResult result = run(arguments);
-        EXPECT_EQ(result.code, code) << result.error;
-        EXPECT_EQ(result.out, "");
-        EXPECT_TRUE(result.error.starts_with("mozep " + arguments[0] + ": ")) << result.error;
-        EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
-        EXPECT_EQ(result.error.find('\n'), result.error.size() - 1) << result.error;
-        EXPECT_TRUE(std::filesystem::is_empty(directory_)) << words;
+        expectOneLine(run(arguments), arguments[0], words, code);
+        EXPECT_TRUE(std::filesystem::is_empty(directory())) << words;
     }
-
-private:
-    std::string directory_;
 };
 
 double cosine(double amplitude, double frequency, int rate, double phase, std::size_t n) {

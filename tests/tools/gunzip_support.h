@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -14,7 +13,7 @@
 
 #include "deflate/sample_data.h"
 #include "deflate/zlib_peer.h"
-#include "support/program.h"
+#include "tools/program_test.h"
 
 namespace zep::test {
 
@@ -67,16 +66,9 @@ inline Bytes zlibbed(const Bytes& data) {
     return out;
 }
 
-class GunzipTest : public testing::Test {
+class GunzipTest : public FolderTest {
 protected:
-    void SetUp() override {
-        directory_ = testing::TempDir() + "mozep_gunzip_" + std::to_string(getpid());
-        fs::remove_all(directory_);
-        fs::create_directory(directory_);
-    }
-    void TearDown() override { fs::remove_all(directory_); }
-
-    std::string path(const std::string& name) const { return directory_ + "/" + name; }
+    GunzipTest() : FolderTest("gunzip") {}
 
     std::string write(const std::string& name, const Bytes& content) const {
         std::ofstream(path(name), std::ios::binary)
@@ -114,11 +106,8 @@ protected:
         EXPECT_TRUE(result.error.starts_with("mozep gunzip: " + file)) << result.error;
         EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
         EXPECT_EQ(result.error.find('\n'), result.error.size() - 1) << result.error;
-        for (const auto& entry : fs::directory_iterator(directory_)) EXPECT_EQ(entry.path(), file);
+        for (const auto& entry : fs::directory_iterator(directory())) EXPECT_EQ(entry.path(), file);
     }
-
-private:
-    std::string directory_;
 };
 
 }  // namespace zep::test

@@ -1,53 +1,25 @@
-// What the tests of mozep spectrum share: a folder of their own, runs of the program, its rows.
+// What the tests of mozep spectrum share: signals and the rows of its output.
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <numbers>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "support/program.h"
+#include "tools/program_test.h"
 #include "tools/wav_file.h"
 
 namespace zep::test {
 
 inline constexpr int kRate = 48000;
 
-class Spectrum : public testing::Test {
+class Spectrum : public ProgramTest {
 protected:
-    void SetUp() override {
-        directory_ = testing::TempDir() + "mozep_spectrum_" + std::to_string(getpid());
-        std::filesystem::create_directory(directory_);
-    }
-    void TearDown() override { std::filesystem::remove_all(directory_); }
-
-    std::string path(const std::string& name) const { return directory_ + "/" + name; }
-
-    static ProgramResult run(std::vector<std::string> arguments,
-                             const std::vector<std::string>& environment = {}) {
-        arguments.insert(arguments.begin(), {ZEP_PROGRAM, "spectrum"});
-        return runProgram(arguments, environment);
-    }
-
-    // One line that says what went wrong, and nothing on the standard output.
-    static void expectFailure(const std::vector<std::string>& arguments, const std::string& words,
-                              int code = 1) {
-        const ProgramResult result = run(arguments);
-        EXPECT_EQ(result.code, code) << result.error;
-        EXPECT_EQ(result.out, "");
-        EXPECT_TRUE(result.error.starts_with("mozep spectrum: ")) << result.error;
-        EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
-        EXPECT_EQ(result.error.find('\n'), result.error.size() - 1) << result.error;
-    }
-
-private:
-    std::string directory_;
+    Spectrum() : ProgramTest("spectrum") {}
 };
 
 inline std::vector<float> sine(double Hz, double amplitude, std::size_t length) {

@@ -1,6 +1,5 @@
 // mozep speech, run as a program on the recommendations' tables and on coded speech.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -10,7 +9,7 @@
 #include <tuple>
 
 #include "speech/data_files.h"
-#include "support/program.h"
+#include "tools/program_test.h"
 #include "tools/wav_file.h"
 #include "tools/wav_reader.h"
 
@@ -72,25 +71,15 @@ Samples times4(Samples samples) {
     return samples;
 }
 
-class Speech : public testing::Test {
+class Speech : public ProgramTest {
 protected:
-    void SetUp() override {
-        directory_ = testing::TempDir() + "mozep_speech_" + std::to_string(getpid());
-        std::filesystem::create_directory(directory_);
-    }
-    void TearDown() override { std::filesystem::remove_all(directory_); }
-
-    std::string path(const std::string& name) const { return directory_ + "/" + name; }
-
-    void write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(path(name), std::ios::binary) << bytes;
-    }
+    Speech() : ProgramTest("speech") {}
 
     ProgramResult run(const std::string& action, const std::string& in,
                       const std::vector<std::string>& options) const {
-        std::vector<std::string> arguments{ZEP_PROGRAM, "speech", action, path(in), path("out")};
+        std::vector<std::string> arguments{action, path(in), path("out")};
         arguments.insert(arguments.end(), options.begin(), options.end());
-        return runProgram(arguments);
+        return ProgramTest::run(arguments);
     }
 
     // What a run without a word writes.
@@ -111,17 +100,9 @@ protected:
     void expectFailure(const std::string& action, const std::string& in,
                        const std::vector<std::string>& options, const std::string& words,
                        int code = 1) const {
-        const ProgramResult result = run(action, in, options);
-        EXPECT_EQ(result.code, code) << result.error;
-        EXPECT_EQ(result.out, "");
-        EXPECT_TRUE(result.error.starts_with("mozep speech: ")) << result.error;
-        EXPECT_NE(result.error.find(words), std::string::npos) << result.error;
-        EXPECT_EQ(result.error.find('\n'), result.error.size() - 1) << result.error;
+        expectOneLine(run(action, in, options), "speech", words, code);
         EXPECT_FALSE(std::filesystem::exists(path("out"))) << words;
     }
-
-private:
-    std::string directory_;
 };
 
 TEST_F(Speech, CompandsAsTheTablesOfG711) {

@@ -147,6 +147,10 @@ ZepStatus checkDesign(const Zep64f* taps, int len, double low, double high) {
     const auto outside = [](double f) { return f <= 0 || f >= 0.5; };
     return outside(low) || outside(high) ? zepStsSizeErr : zepStsNoErr;
 }
+ZepStatus checkBand(const Zep64f* taps, int len, double low, double high) {
+    const ZepStatus s = checkDesign(taps, len, low, high);
+    return s == zepStsNoErr && high <= low ? zepStsSizeErr : s;
+}
 
 }  // namespace
 }  // namespace design
@@ -177,9 +181,8 @@ ZepStatus zepsFIRGenHighpass_64f(Zep64f rFreq, Zep64f* pTaps, int tapsLen, int w
 ZepStatus zepsFIRGenBandpass_64f(Zep64f rLowFreq, Zep64f rHighFreq, Zep64f* pTaps, int tapsLen,
                                  int winType, Zep32s doNormal) {
     using namespace design;
-    if (const ZepStatus s = checkDesign(pTaps, tapsLen, rLowFreq, rHighFreq); s != zepStsNoErr)
+    if (const ZepStatus s = checkBand(pTaps, tapsLen, rLowFreq, rHighFreq); s != zepStsNoErr)
         return s;
-    if (rHighFreq <= rLowFreq) return zepStsSizeErr;
     const Taps taps(pTaps, tapsLen);
     writeIdeal(taps, rLowFreq, rHighFreq, [](D low, D high) { return high - low; });
     windowAndFinish(taps, 2 * (rHighFreq - rLowFreq), winType, doNormal,
@@ -190,9 +193,8 @@ ZepStatus zepsFIRGenBandpass_64f(Zep64f rLowFreq, Zep64f rHighFreq, Zep64f* pTap
 ZepStatus zepsFIRGenBandstop_64f(Zep64f rLowFreq, Zep64f rHighFreq, Zep64f* pTaps, int tapsLen,
                                  int winType, Zep32s doNormal) {
     using namespace design;
-    if (const ZepStatus s = checkDesign(pTaps, tapsLen, rLowFreq, rHighFreq); s != zepStsNoErr)
+    if (const ZepStatus s = checkBand(pTaps, tapsLen, rLowFreq, rHighFreq); s != zepStsNoErr)
         return s;
-    if (rHighFreq <= rLowFreq) return zepStsSizeErr;
     const Taps taps(pTaps, tapsLen);
     if (taps.odd)
         writeIdeal(taps, rLowFreq, rHighFreq, [](D low, D high) { return low - high; });

@@ -24,3 +24,5 @@ need() {
 build_packages=(build-essential cmake ninja-build)
 tool_packages=(pkg-config libcli11-dev libsndfile1-dev zlib1g-dev gnuplot-nox)
 test_packages=(libgtest-dev libgmock-dev python3 qemu-user sox libspandsp-dev)  # the last two: peers of the speech codecs
+bench_packages=(libbenchmark-dev libfftw3-dev libvolk2-dev libeigen3-dev libsleef-dev libmpfr-dev libhwy-dev libliquid-dev
+                libsamplerate0-dev libdeflate-dev libspandsp-dev pkg-config libcli11-dev zlib1g-dev)

@@ -5,26 +5,42 @@
 namespace zep::ZEP_VARIANT::dft {
 namespace {
 
-// out[n] = a[n] * b[n], n pairs; out may be a.
-template <class T>
-void multiply(const T* a, const T* b, T* out, std::ptrdiff_t count) {
+// out[n] = a[n] * b[n] * scale, n pairs; out may be a.
+template <bool kScaled, class T>
+void multiplyPairs(const T* a, const T* b, T* out, std::ptrdiff_t count, T scale) {
+    const auto product = [&]<class V>(V, std::ptrdiff_t n) __attribute__((always_inline)) {
+        const auto x =
+            fft::rotate<Direction::Forward>(loadPairs<V>(a + 2 * n), loadPairs<V>(b + 2 * n));
+        if constexpr (kScaled)
+            storePairs<V>(x * V::broadcast(scale), out + 2 * n);
+        else
+            storePairs<V>(x, out + 2 * n);
+    };
     using V = Real<T>;
-    constexpr std::ptrdiff_t W = V::lanes;
     std::ptrdiff_t n = 0;
-    for (; n + W <= count; n += W)
-        simd::storeInterleaved(fft::rotate<Direction::Forward>(simd::loadInterleaved<V>(a + 2 * n),
-                                                               simd::loadInterleaved<V>(b + 2 * n)),
-                               out + 2 * n);
-    using S = simd::Vec<T, 1>;
-    for (; n < count; ++n)
-        fft::rotate<Direction::Forward>(simd::SplitComplex<S>::load(a + 2 * n),
-                                        simd::SplitComplex<S>::load(b + 2 * n))
-            .store(out + 2 * n);
+    for (; n + V::lanes <= count; n += V::lanes) product(V{}, n);
+    for (; n < count; ++n) product(simd::Vec<T, 1>{}, n);
+}
+
+template <class T>
+void multiply(const T* a, const T* b, T* out, std::ptrdiff_t count, T scale = 1) {
+    if (scale == 1)
+        multiplyPairs<false>(a, b, out, count, scale);
+    else
+        multiplyPairs<true>(a, b, out, count, scale);
 }
 
 template <class T>
 void multiplyReal(const T* a, const T* b, T* out, std::ptrdiff_t count) {
-    for (std::ptrdiff_t n = 0; n < count; ++n) {
+    using V = Real<T>;
+    constexpr std::ptrdiff_t W = V::lanes;
+    std::ptrdiff_t n = 0;
+    for (; n + W <= count; n += W) {
+        const V x = V::load(a + n);
+        (interleaveFront(x, x) * V::load(b + 2 * n)).store(out + 2 * n);
+        (interleaveBack(x, x) * V::load(b + 2 * n + W)).store(out + 2 * n + W);
+    }
+    for (; n < count; ++n) {
         const T x = simd::readAny(a + n);
         out[2 * n] = x * b[2 * n];
         out[2 * n + 1] = x * b[2 * n + 1];
@@ -35,7 +51,8 @@ void multiplyReal(const T* a, const T* b, T* out, std::ptrdiff_t count) {
 
 // Leaves the bins in scratch. The inverse is the forward transform with bins k and len-k swapped.
 template <Direction D, class T>
-ZepStatus Run<D, T>::chirp(const T* src, bool real, int len, const DftObject<T>& spec, T* scratch) {
+ZepStatus Run<D, T>::chirp(const T* src, bool real, int len, const DftObject<T>& spec, T* scratch,
+                           T scale) {
     const std::ptrdiff_t M = spec.convLen;
     T* inner = scratch + 2 * M;
     if (real)
@@ -44,19 +61,22 @@ ZepStatus Run<D, T>::chirp(const T* src, bool real, int len, const DftObject<T>&
         multiply(src, spec.chirp, scratch, len);
     __builtin_memset(scratch + 2 * std::ptrdiff_t{len}, 0,
                      static_cast<std::size_t>(2 * (M - len)) * sizeof(T));
-    ZepStatus s =
-        Run<Direction::Forward, T>::points(scratch, scratch, spec.convLen, *spec.convSpec, inner);
+    ZepStatus s = Run<Direction::Forward, T>::points(scratch, scratch, spec.convLen, *spec.convSpec,
+                                                     inner, 1);
     if (s != zepStsNoErr) return s;
     multiply(scratch, spec.chirpSpectrum, scratch, M);
-    s = Run<Direction::Inverse, T>::points(scratch, scratch, spec.convLen, *spec.convSpec, inner);
+    s = Run<Direction::Inverse, T>::points(scratch, scratch, spec.convLen, *spec.convSpec, inner,
+                                           1);
     if (s != zepStsNoErr) return s;
-    multiply(scratch, spec.chirp, scratch, len);
+    multiply(scratch, spec.chirp, scratch, len, scale);
     return zepStsNoErr;
 }
 
 template <Direction D, class T>
-ZepStatus Run<D, T>::chirp(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch) {
-    if (const ZepStatus s = chirp(src, false, len, spec, scratch); s != zepStsNoErr) return s;
+ZepStatus Run<D, T>::chirp(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch,
+                           T scale) {
+    if (const ZepStatus s = chirp(src, false, len, spec, scratch, scale); s != zepStsNoErr)
+        return s;
     constexpr std::size_t kPairBytes = 2 * sizeof(T);
     if (D == Direction::Forward) {
         __builtin_memcpy(dst, scratch, static_cast<std::size_t>(len) * kPairBytes);

@@ -55,7 +55,7 @@ ZepStatus transformChirp(T* spectrum, const DftObject<T>& inner) {
     const fft::Scratch scratch(nullptr, inner.workSize);
     if (scratch.missing()) return zepStsMemAllocErr;
     const ZepStatus s = Run<Direction::Forward, T>::points(spectrum, spectrum, inner.len, inner,
-                                                           scratch.template as<T>());
+                                                           scratch.template as<T>(), 1);
     if (s != zepStsNoErr) return s;
     const T factor = T{1} / static_cast<T>(inner.len);
     for (std::int64_t n = 0; n < 2 * std::int64_t{inner.len}; ++n) spectrum[n] *= factor;

@@ -15,6 +15,7 @@ struct ToParts {
 
     [[gnu::always_inline]] T* at(std::ptrdiff_t n) const { return out.re + n; }
     static constexpr int kStep = 1;  // scalars from one element to the next
+    [[gnu::always_inline]] void finish(simd::SplitComplex<V>*, int) const {}
     [[gnu::always_inline]] void store(simd::SplitComplex<V> x, T* p) const {
         x.re.store(p);
         x.im.store(p + out.toIm);
@@ -25,15 +26,23 @@ struct ToParts {
     }
 };
 
-// The last one: pairs.
+// The last one: pairs, multiplied by the scale.
 template <Direction D, class T>
 struct ToPairs {
     static constexpr Direction direction = D;
     using V = Real<T>;
     T* out;
+    T scale = 1;
 
     [[gnu::always_inline]] T* at(std::ptrdiff_t n) const { return out + 2 * n; }
     static constexpr int kStep = 2;
+    // Unscaled, a vector of columns costs one branch that is always foretold.
+    [[gnu::always_inline]] void finish(simd::SplitComplex<V>* x, int r) const {
+        if (scale == 1) return;
+        const V factor = V::broadcast(scale);
+#pragma GCC unroll 16
+        for (int j = 0; j < r; ++j) x[j] = x[j] * factor;
+    }
     [[gnu::always_inline]] void store(simd::SplitComplex<V> x, T* p) const {
         interleaveFront(x.re, x.im).store(p);
         interleaveBack(x.re, x.im).store(p + V::lanes);
@@ -81,6 +90,7 @@ inline void joinColumns(Parts<const T> in, Sink sink, int radix, std::ptrdiff_t 
                 butterfly<D, R>(x);
             else
                 oddTransform<D, V>(x, r, oddTable);
+            sink.finish(x, r);
             T* to = sink.at(s * r * g + q);
 #pragma GCC unroll 16
             for (int j = 0; j < r; ++j) {

@@ -45,17 +45,20 @@ ZepStatus release(Spec* pSpec);
 template <class Spec>
 ZepStatus bufSize(const Spec* pSpec, int* pBufSize);
 
-// Any length as the object's plan says; scratch begins on a 32-byte boundary. Unscaled, but for the
-// lengths of the power-of-two transform, which scales by itself.
+// Any length as the object's plan says; scratch begins on a 32-byte boundary. Bins are multiplied by
+// scale, but for the lengths of the power-of-two transform, whose own object says how it scales.
 template <Direction D, class T>
 struct Run {
     // Straight-line code, len 1 to 16.
     static void direct(const T* src, T* dst, int len, T scale);
     // One of the routes with tables, for len points.
-    static ZepStatus points(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch);
+    static ZepStatus points(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch,
+                            T scale);
     // Chirp convolution. src holds len pairs; where it is real, len values.
-    static ZepStatus chirp(const T* src, bool real, int len, const DftObject<T>& spec, T* scratch);
-    static ZepStatus chirp(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch);
+    static ZepStatus chirp(const T* src, bool real, int len, const DftObject<T>& spec, T* scratch,
+                           T scale);
+    static ZepStatus chirp(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch,
+                           T scale);
 };
 void directReal(const float* src, float* dst, int len, float scale);
 

@@ -3,7 +3,7 @@
 namespace zep::ZEP_VARIANT::dft {
 
 template <Direction D, class T>
-void directOdd(const T* src, T* dst, int len, const T* table) {
+void directOdd(const T* src, T* dst, int len, const T* table, T scale) {
     using V = Real<T>;
     using C = simd::SplitComplex<V>;
     constexpr int W = V::lanes;
@@ -20,6 +20,9 @@ void directOdd(const T* src, T* dst, int len, const T* table) {
             b[2 * k + part] = u - v;
             X[part] += u + v;
         }
+    X[0] *= scale;
+    X[1] *= scale;
+    const V factor = V::broadcast(scale);
     const C x0{V::broadcast(x[0]), V::broadcast(x[1])};
     for (std::ptrdiff_t j = 0; j < padded; j += W) {
         C even = x0, odd{V::broadcast(0), V::broadcast(0)};
@@ -30,8 +33,8 @@ void directOdd(const T* src, T* dst, int len, const T* table) {
                 fft::addScaled(even, C{V::broadcast(a[2 * k]), V::broadcast(a[2 * k + 1])}, cosine);
             odd = fft::addScaled(odd, C{V::broadcast(b[2 * k]), V::broadcast(b[2 * k + 1])}, sine);
         }
-        fft::addQuarter<D>(even, odd).store(p);
-        fft::subQuarter<D>(even, odd).store(q);
+        (fft::addQuarter<D>(even, odd) * factor).store(p);
+        (fft::subQuarter<D>(even, odd) * factor).store(q);
         for (int n = 0; n < W && j + n < pairs; ++n) {
             T* low = X + 2 * (j + n + 1);
             T* high = X + 2 * (len - 1 - j - n);
@@ -44,9 +47,9 @@ void directOdd(const T* src, T* dst, int len, const T* table) {
     __builtin_memcpy(dst, X, static_cast<std::size_t>(2 * len) * sizeof(T));
 }
 
-template void directOdd<Direction::Forward>(const float*, float*, int, const float*);
-template void directOdd<Direction::Inverse>(const float*, float*, int, const float*);
-template void directOdd<Direction::Forward>(const double*, double*, int, const double*);
-template void directOdd<Direction::Inverse>(const double*, double*, int, const double*);
+template void directOdd<Direction::Forward>(const float*, float*, int, const float*, float);
+template void directOdd<Direction::Inverse>(const float*, float*, int, const float*, float);
+template void directOdd<Direction::Forward>(const double*, double*, int, const double*, double);
+template void directOdd<Direction::Inverse>(const double*, double*, int, const double*, double);
 
 }  // namespace zep::ZEP_VARIANT::dft

@@ -68,8 +68,8 @@ template <class T>
 constexpr std::size_t directTableScalars(int r) {
     return static_cast<std::size_t>((r - 1) * paddedPairs<T>(r));
 }
-// dst may equal src.
+// Times scale; dst may equal src.
 template <Direction D, class T>
-void directOdd(const T* src, T* dst, int len, const T* table);
+void directOdd(const T* src, T* dst, int len, const T* table, T scale);
 
 }  // namespace zep::ZEP_VARIANT::dft

@@ -5,18 +5,19 @@ namespace zep::ZEP_VARIANT::dft {
 
 template <Direction D, class T>
 void Passes<D, T>::last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, const T* twiddles,
-                        const T* oddTable) {
+                        const T* oddTable, T scale) {
     withRadix(radix, [&](auto R) {
-        joinColumns<R, false>(in, ToPairs<D, T>{out}, radix, s, 1, twiddles, oddTable);
+        joinColumns<R, false>(in, ToPairs<D, T>{out, scale}, radix, s, 1, twiddles, oddTable);
     });
 }
 
 template <Direction D, class T>
 void Passes<D, T>::run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec,
-                       T* scratch) {
+                       T* scratch, T scale) {
     const std::int32_t* radix = spec.digitPermutation;
     if (isShort(radix))
-        return runShort(src, dst, radix[1], radix[0], spec.factors[spec.lastFactor].twiddles);
+        return runShort(src, dst, radix[1], radix[0], spec.factors[spec.lastFactor].twiddles,
+                        scale);
     int count = 2;
     while (radix[count] != 0) ++count;
     // The passes write the two arrays in turn, the last one dst.
@@ -39,7 +40,8 @@ void Passes<D, T>::run(const T* src, T* dst, std::ptrdiff_t len, const DftObject
                         oddTableOf(spec, radix[i]));
         s *= radix[i];
     }
-    last({to, len}, dst, radix[count - 1], s, record->twiddles, oddTableOf(spec, radix[count - 1]));
+    last({to, len}, dst, radix[count - 1], s, record->twiddles, oddTableOf(spec, radix[count - 1]),
+         scale);
 }
 
 template struct Passes<Direction::Forward, float>;

@@ -78,13 +78,14 @@ struct Passes {
     // radix groups of stride points each.
     static void first(const T* in, Parts<T> out, int radix, std::ptrdiff_t groups,
                       const T* oddTable);
-    // One group of radix * s bins, into pairs.
+    // One group of radix * s bins, into pairs, times scale.
     static void last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, const T* twiddles,
-                     const T* oddTable);
+                     const T* oddTable, T scale);
     // The two passes of radix * s points, s first; twiddles as tables of short schedules have them.
-    static void runShort(const T* src, T* dst, int radix, int s, const T* twiddles);
+    static void runShort(const T* src, T* dst, int radix, int s, const T* twiddles, T scale);
     // All of them; scratch holds len elements. dst may equal src.
-    static void run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec, T* scratch);
+    static void run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec, T* scratch,
+                    T scale);
 };
 
 // The table of a radix without code of its own.

@@ -20,18 +20,20 @@ template <class V>
         simd::storeReversed<V>(x, p);
 }
 
-inline void endPoints(float* z) {
+inline void endPoints(float* z, float scale) {
     const float re = simd::readAny(z), im = simd::readAny(z + 1);
-    simd::writeAny(z, re + im);
-    simd::writeAny(z + 1, re - im);
+    simd::writeAny(z, (re + im) * scale);
+    simd::writeAny(z + 1, (re - im) * scale);
 }
 // The partner of itself.
-inline void middle(float* z, std::int64_t h) {
-    if (h % 2 == 0) simd::writeAny(z + h + 1, -simd::readAny(z + h + 1));
+inline void middle(float* z, std::int64_t h, float scale) {
+    if (h % 2 != 0) return;
+    simd::writeAny(z + h, simd::readAny(z + h) * scale);
+    simd::writeAny(z + h + 1, -simd::readAny(z + h + 1) * scale);
 }
 
-template <class V>
-void foldVectors(float* z, std::int64_t h, std::int64_t count, const float* table) {
+template <class V, bool kScaled>
+void foldVectors(float* z, std::int64_t h, std::int64_t count, const float* table, float scale) {
     using C = simd::SplitComplex<V>;
     constexpr int W = V::lanes;
     const std::ptrdiff_t vectors = vectorsOf(count, W);
@@ -46,8 +48,13 @@ void foldVectors(float* z, std::int64_t h, std::int64_t count, const float* tabl
         const V A = V::load(table + v * 2 * W), B = V::load(table + v * 2 * W + W);
         const V dr = a.re - b.re, di = a.im + b.im;
         const V u = mulAdd(B, dr, A * di), w = negMulAdd(A, dr, B * di);
-        storePairsReversed<V>(C{a.re - u, w - a.im}, z + 2 * (h - k - W + 1));
-        storePairs<V>(C{b.re + u, w - b.im}, z + 2 * k);
+        C low{b.re + u, w - b.im}, high{a.re - u, w - a.im};
+        if constexpr (kScaled) {
+            low = low * V::broadcast(scale);
+            high = high * V::broadcast(scale);
+        }
+        storePairsReversed<V>(high, z + 2 * (h - k - W + 1));
+        storePairs<V>(low, z + 2 * k);
     };
     C lastA, lastB;
     load(vectors - 1, lastA, lastB);
@@ -61,13 +68,17 @@ void foldVectors(float* z, std::int64_t h, std::int64_t count, const float* tabl
 
 }  // namespace
 
-void foldReal(float* z, const DftObject<float>& spec) {
+void foldReal(float* z, const DftObject<float>& spec, float scale) {
     const std::int64_t h = spec.len / 2, count = foldCount(spec.len);
-    endPoints(z);
-    middle(z, h);
+    endPoints(z, scale);
+    middle(z, h, scale);
     if (count > 0)
-        withColumnVector<float>(
-            count, [&]<class V>(V) { foldVectors<V>(z, h, count, spec.foldTwiddles); });
+        withColumnVector<float>(count, [&]<class V>(V) {
+            if (scale == 1)
+                foldVectors<V, false>(z, h, count, spec.foldTwiddles, scale);
+            else
+                foldVectors<V, true>(z, h, count, spec.foldTwiddles, scale);
+        });
 }
 
 namespace {
@@ -137,24 +148,25 @@ template <int R, class V>
 // Column 0 of a group: r real values, s apart.
 template <int R>
 void joinColumnZero(const float* in, float* out, int r, std::ptrdiff_t s, std::ptrdiff_t leg,
-                    const float* table) {
+                    const float* table, float scale) {
     using V = simd::Vec<float, 1>;
     simd::SplitComplex<V> x[R > 0 ? R : kMaxOdd];
     for (int k = 0; k < r; ++k) x[k] = {V::load(in + k * leg), V::broadcast(0)};
     anyButterfly<R, V>(x, r, table);
-    x[0].re.store(out);
-    for (int j = 1; j <= (r - 1) / 2; ++j) x[j].store(out + 2 * j * s - 1);
+    const V factor = V::broadcast(scale);
+    (x[0].re * factor).store(out);
+    for (int j = 1; j <= (r - 1) / 2; ++j) (x[j] * factor).store(out + 2 * j * s - 1);
 }
 
 template <int R, class V>
 void joinRealGroups(const float* in, float* out, int radix, std::ptrdiff_t s, std::ptrdiff_t groups,
-                    const float* twiddles, const float* table) {
+                    const float* twiddles, const float* table, float scale) {
     using C = simd::SplitComplex<V>;
     constexpr int W = V::lanes;
     const int r = R > 0 ? R : radix, half = (r - 1) / 2;
     const std::ptrdiff_t columns = (s - 1) / 2, leg = s * groups;
     for (std::ptrdiff_t g = 0; g < groups; ++g, in += s, out += r * s) {
-        joinColumnZero<R>(in, out, r, s, leg, table);
+        joinColumnZero<R>(in, out, r, s, leg, table, scale);
         const float* w = twiddles;
         for (std::ptrdiff_t v = 0; v < vectorsOf(columns, W); ++v) {
             const std::ptrdiff_t q = 1 + vectorBegin(v, columns, W);
@@ -165,6 +177,11 @@ void joinRealGroups(const float* in, float* out, int radix, std::ptrdiff_t s, st
                 x[k] = fft::rotate<Direction::Forward>(loadPairs<V>(in + k * leg + 2 * q - 1),
                                                        C::load(w));
             anyButterfly<R, V>(x, r, table);
+            if (scale != 1) {
+                const V factor = V::broadcast(scale);
+#pragma GCC unroll 16
+                for (int j = 0; j < r; ++j) x[j] = x[j] * factor;
+            }
 #pragma GCC unroll 16
             for (int j = 0; j <= half; ++j) storePairs<V>(x[j], out + 2 * (q + j * s) - 1);
 #pragma GCC unroll 16
@@ -185,7 +202,8 @@ template <class F>
 
 }  // namespace
 
-void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch) {
+void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch,
+                float scale) {
     const std::int32_t* radix = spec.digitPermutation;
     const std::ptrdiff_t len = spec.len;
     int count = 2;
@@ -211,7 +229,7 @@ void realPasses(const float* src, float* dst, const DftObject<float>& spec, floa
         withOddRadix(r, [&](auto R) {
             withColumnVector<float>((s - 1) / 2, [&]<class V>(V) {
                 joinRealGroups<R, V>(from, to, r, s, len / (s * r), record->twiddles,
-                                     oddTableOf(spec, r));
+                                     oddTableOf(spec, r), i + 1 < count ? 1.0f : scale);
             });
         });
         s *= r;

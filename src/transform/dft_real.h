@@ -17,10 +17,12 @@ constexpr std::int64_t foldCapacity(std::int64_t len) {
     return (foldCount(len) + kLanes<float>) / kLanes<float> * kLanes<float> + kLanes<float>;
 }
 
-// From the spectrum of len/2 complex points in z to the packed one of len real points, in place.
-void foldReal(float* z, const DftObject<float>& spec);
+// From the spectrum of len/2 complex points in z to the packed one of len real points, times scale,
+// in place.
+void foldReal(float* z, const DftObject<float>& spec, float scale);
 
-// The mixed-radix route of odd lengths; scratch holds 2 * len values. dst may equal src.
-void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch);
+// The mixed-radix route of odd lengths, times scale; scratch holds 2 * len values. dst may equal src.
+void realPasses(const float* src, float* dst, const DftObject<float>& spec, float* scratch,
+                float scale);
 
 }  // namespace zep::ZEP_VARIANT::dft

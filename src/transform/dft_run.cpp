@@ -9,7 +9,8 @@
 namespace zep::ZEP_VARIANT::dft {
 
 template <Direction D, class T>
-ZepStatus Run<D, T>::points(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch) {
+ZepStatus Run<D, T>::points(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch,
+                            T scale) {
     if (spec.usesFFT) {
         using Fft = typename SpecTraits<typename ComplexSpec<T>::Type>::Fft;
         const auto& nested = *static_cast<const Fft*>(spec.fftSpec);
@@ -17,24 +18,16 @@ ZepStatus Run<D, T>::points(const T* src, T* dst, int len, const DftObject<T>& s
             (D == Direction::Forward ? nested.scaleForward : nested.scaleInverse) != 0;
         fft::Routes<D, T>::complex(src, dst, nested.order, nested, scratch, scaled);
     } else if (spec.mixedRadix) {
-        Passes<D, T>::run(src, dst, len, spec, scratch);
+        Passes<D, T>::run(src, dst, len, spec, scratch, scale);
     } else if (len <= Limits<T>::oddLength) {
-        directOdd<D>(src, dst, len, spec.directTable);
+        directOdd<D>(src, dst, len, spec.directTable, scale);
     } else {
-        return chirp(src, dst, len, spec, scratch);
+        return chirp(src, dst, len, spec, scratch, scale);
     }
     return zepStsNoErr;
 }
 
 namespace {
-
-// Every count of values here is an int.
-inline void multiplyBy(float factor, float* x, int count) {
-    ZEP_VARIANT::zepsMulC_32f_I(factor, x, count);
-}
-inline void multiplyBy(double factor, double* x, int count) {
-    ZEP_VARIANT::zepsMulC_64f_I(factor, x, count);
-}
 
 template <Direction D, class Element, class Spec>
 inline ZepStatus transform(const Element* pSrc, Element* pDst, const Spec* pSpec, Zep8u* pBuffer) {
@@ -47,15 +40,14 @@ inline ZepStatus transform(const Element* pSrc, Element* pDst, const Spec* pSpec
     const T* src = reinterpret_cast<const T*>(pSrc);
     T* dst = reinterpret_cast<T*>(pDst);
     const int len = pSpec->len;
+    const T scale = scaled ? pSpec->scale : T{1};
     if (len <= kDirectMaxLength) {
-        Run<D, T>::direct(src, dst, len, scaled ? pSpec->scale : T{1});
+        Run<D, T>::direct(src, dst, len, scale);
         return zepStsNoErr;
     }
     const fft::Scratch scratch(pBuffer, pSpec->workSize);
     if (scratch.missing()) return zepStsMemAllocErr;
-    const ZepStatus s = Run<D, T>::points(src, dst, len, *pSpec, scratch.template as<T>());
-    if (s == zepStsNoErr && scaled && !pSpec->usesFFT) multiplyBy(pSpec->scale, dst, 2 * len);
-    return s;
+    return Run<D, T>::points(src, dst, len, *pSpec, scratch.template as<T>(), scale);
 }
 
 // Bins 0 .. (len-1)/2, in pairs, to R(0), R(1), I(1) ..
@@ -64,44 +56,48 @@ void packOdd(const float* bins, float* dst, int len) {
     __builtin_memcpy(dst + 1, bins + 2, static_cast<std::size_t>(len - 1) * sizeof(float));
 }
 
-ZepStatus transformOdd(const float* src, float* dst, const DFTSpecR32f& spec, float* scratch) {
+ZepStatus transformOdd(const float* src, float* dst, const DFTSpecR32f& spec, float* scratch,
+                       float scale) {
     using Forward = Run<Direction::Forward, float>;
     const int len = spec.len;
     if (spec.mixedRadix) {
-        realPasses(src, dst, spec, scratch);
+        realPasses(src, dst, spec, scratch, scale);
     } else if (len <= Limits<float>::oddLength) {
         float x[2 * kMaxOdd], X[2 * kMaxOdd];
         for (int n = 0; n < len; ++n) {
             x[2 * n] = simd::readAny(src + n);
             x[2 * n + 1] = 0;
         }
-        directOdd<Direction::Forward>(x, X, len, spec.directTable);
+        directOdd<Direction::Forward>(x, X, len, spec.directTable, scale);
         packOdd(X, dst, len);
     } else {
-        if (const ZepStatus s = Forward::chirp(src, true, len, spec, scratch); s != zepStsNoErr)
+        if (const ZepStatus s = Forward::chirp(src, true, len, spec, scratch, scale);
+            s != zepStsNoErr)
             return s;
         packOdd(scratch, dst, len);
     }
     return zepStsNoErr;
 }
 
-ZepStatus transformEven(const float* src, float* dst, const DFTSpecR32f& spec, float* scratch) {
+ZepStatus transformEven(const float* src, float* dst, const DFTSpecR32f& spec, float* scratch,
+                        float scale) {
     using Forward = Run<Direction::Forward, float>;
     const int h = spec.len / 2;
     if (h <= kDirectMaxLength) {
         Forward::direct(src, dst, h, 1.0f);
-    } else if (const ZepStatus s = Forward::points(src, dst, h, spec, scratch); s != zepStsNoErr) {
+    } else if (const ZepStatus s = Forward::points(src, dst, h, spec, scratch, 1);
+               s != zepStsNoErr) {
         return s;
     }
-    foldReal(dst, spec);
+    foldReal(dst, spec, scale);
     return zepStsNoErr;
 }
 
 ZepStatus transformReal(const float* src, float* dst, const DFTSpecR32f& spec, Zep8u* buffer) {
     const int len = spec.len;
-    const bool scaled = spec.scaleForward != 0;
+    const float scale = spec.scaleForward != 0 ? spec.scale : 1.0f;
     if (len <= kDirectMaxLength) {
-        directReal(src, dst, len, scaled ? spec.scale : 1.0f);
+        directReal(src, dst, len, scale);
         return zepStsNoErr;
     }
     const fft::Scratch scratch(buffer, spec.workSize);
@@ -110,10 +106,8 @@ ZepStatus transformReal(const float* src, float* dst, const DFTSpecR32f& spec, Z
         return ZEP_VARIANT::zepsFFTFwd_RToPerm_32f(
             src, dst, static_cast<const FFTSpecR32f*>(spec.fftSpec), scratch.as<Zep8u>());
     float* work = scratch.as<float>();
-    const ZepStatus s =
-        len % 2 != 0 ? transformOdd(src, dst, spec, work) : transformEven(src, dst, spec, work);
-    if (s == zepStsNoErr && scaled) multiplyBy(spec.scale, dst, len);
-    return s;
+    return len % 2 != 0 ? transformOdd(src, dst, spec, work, scale)
+                        : transformEven(src, dst, spec, work, scale);
 }
 
 }  // namespace

@@ -56,13 +56,13 @@ void firstPass(const T* in, T* rows, int groups) {
 // Vectors in descending order: one that the columns do not fill reaches into the next row of bins,
 // whose first vector is still to come. Only the last row has none behind it.
 template <Direction D, int R, class T>
-void secondPass(const T* rows, T* out, int s, const T* twiddles) {
+void secondPass(const T* rows, T* out, int s, const T* twiddles, T scale) {
     using V = Real<T>;
     using C = simd::SplitComplex<V>;
     constexpr int W = V::lanes;
     const std::ptrdiff_t pitch = pitchOf<T>(s);
     const T* end = out + 2 * R * s;
-    const ToPairs<D, T> sink{out};
+    const ToPairs<D, T> sink{out, scale};
     for (std::ptrdiff_t v = vectorsOf(s, W) - 1; v >= 0; --v) {
         const T* w = twiddles + v * (R - 1) * 2 * W;
         const T* p = rows + v * W;
@@ -74,6 +74,7 @@ void secondPass(const T* rows, T* out, int s, const T* twiddles) {
             p = simd::madeHere(p + pitch);
         }
         butterfly<D, R>(x);
+        sink.finish(x, R);
         const int columns = static_cast<int>(s - v * W);
         T* to = sink.at(v * W);
 #pragma GCC unroll 16
@@ -90,7 +91,7 @@ void secondPass(const T* rows, T* out, int s, const T* twiddles) {
 }  // namespace
 
 template <Direction D, class T>
-void Passes<D, T>::runShort(const T* src, T* dst, int radix, int s, const T* twiddles) {
+void Passes<D, T>::runShort(const T* src, T* dst, int radix, int s, const T* twiddles, T scale) {
     constexpr int W = kLanes<T>;
     static_assert(kRows % W == 0);
     alignas(64) T rows[2 * kRows * kMaxShortRadix];
@@ -98,7 +99,7 @@ void Passes<D, T>::runShort(const T* src, T* dst, int radix, int s, const T* twi
         if constexpr (R > 0) firstPass<D, R>(src, rows, radix);
     });
     withRadix(radix, [&](auto R) {
-        if constexpr (R > 0) secondPass<D, R>(rows, dst, s, twiddles);
+        if constexpr (R > 0) secondPass<D, R>(rows, dst, s, twiddles, scale);
     });
 }
 

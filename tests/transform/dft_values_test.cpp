@@ -148,6 +148,51 @@ TEST_P(DftValues, LongTransformsMatchTheDefinition) {
     matchesTheDefinition<DftReal>(even, 1);
 }
 
+// Every value with each flag is the unscaled one times the factor, up to a rounding of each.
+template <class Kind>
+void scalesOnce(int N) {
+    using T = typename Kind::Element;
+    constexpr bool inverse = std::is_same_v<Kind, DftInverse>;
+    const auto len = static_cast<std::size_t>(N);
+    std::vector<T> x(len), plain(len), scaled(len);
+    fillRandom(x);
+    ASSERT_EQ(Kind::forward(x.data(), plain.data(), Dft<Kind>(N).spec(), nullptr), zepStsNoErr);
+    long double largest = 0;
+    for (const T& v : plain) largest = std::max(largest, std::abs(toExtended(v)));
+    for (const int flag : {ZEP_FFT_SCALE_FWD, ZEP_FFT_SCALE_INV, ZEP_FFT_SCALE_SQRT}) {
+        SCOPED_TRACE(testing::Message() << "len " << N << " flag " << flag);
+        const Dft<Kind> dft(N, flag);
+        ASSERT_EQ(Kind::forward(x.data(), scaled.data(), dft.spec(), nullptr), zepStsNoErr);
+        const auto length = static_cast<long double>(N);
+        const long double factor = flag == ZEP_FFT_SCALE_SQRT ? 1 / std::sqrt(length)
+                                   : flag == (inverse ? ZEP_FFT_SCALE_INV : ZEP_FFT_SCALE_FWD)
+                                       ? 1 / length
+                                       : 1;
+        long double worst = 0;
+        for (std::size_t k = 0; k < len; ++k)
+            worst =
+                std::max(worst, std::abs(toExtended(scaled[k]) / factor - toExtended(plain[k])));
+        EXPECT_LE(static_cast<double>(worst / largest), 4 * Kind::unit);
+    }
+}
+
+// Straight-line code, two passes through a buffer, more of them, by the definition, the
+// power-of-two transform and convolutions; whole and partial vectors, generic radices, middle
+// elements of the fold.
+TEST_P(DftValues, EveryRouteScalesOnce) {
+    for (const int N : {1,    2,    3,    4,    5,    6,    7,    8,     9,     10,    11,   12,
+                        13,   14,   15,   16,   17,   18,   23,   27,    31,    32,    33,   34,
+                        36,   40,   43,   47,   53,   60,   64,   74,    83,    86,    89,   106,
+                        108,  118,  149,  225,  243,  289,  360,  480,   1000,  1009,  1018, 1331,
+                        1849, 2000, 2048, 2187, 2384, 4098, 4099, 10000, 10007, 16384, 44100}) {
+        scalesOnce<DftComplex>(N);
+        scalesOnce<DftInverse>(N);
+        scalesOnce<DftDouble>(N);
+        scalesOnce<DftReal>(N);
+        if (HasFatalFailure() || (thin() && N > 2500)) return;
+    }
+}
+
 TEST_P(DftValues, ThreePointsGiveTheSumsByHand) {
     const Zep32f x[3] = {1, 2, 4};
     Zep32f X[3];

@@ -36,9 +36,9 @@ struct ToPairs {
 
     [[gnu::always_inline]] T* at(std::ptrdiff_t n) const { return out + 2 * n; }
     static constexpr int kStep = 2;
-    // Unscaled, a vector of columns costs one branch that is always foretold.
+    // With few registers multiplications by 1 are not free: a branch goes around them.
     [[gnu::always_inline]] void finish(simd::SplitComplex<V>* x, int r) const {
-        if (scale == 1) return;
+        if (simd::kVectorRegisters <= 16 && scale == 1) return;
         const V factor = V::broadcast(scale);
 #pragma GCC unroll 16
         for (int j = 0; j < r; ++j) x[j] = x[j] * factor;

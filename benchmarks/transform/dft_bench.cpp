@@ -6,8 +6,7 @@
 
 #include "support/buffers.h"
 #include "support/rows.h"
-#include "transform/fftw_plan.h"
-#include "zeps.h"
+#include "transform/dft_peers.h"
 
 namespace zep::bench {
 namespace {
@@ -16,42 +15,6 @@ namespace {
 // and by convolution, powers of two among them.
 constexpr int kLengths[] = {12,   60,   100,  243,  360,   480,   960,   1000,  1009,  1152,
                             1536, 1920, 4099, 7919, 10000, 44100, 48000, 65536, 100000};
-
-struct ComplexKind {
-    using Spec = DFTSpecC32fc;
-    using Element = Zep32fc;
-    using Plan = FftwPlan<Zep32f>;
-    static constexpr double operationsPerLevel = 5;
-    static constexpr auto create = zepsDFTInitAlloc_C_32fc;
-    static constexpr auto release = zepsDFTFree_C_32fc;
-    static constexpr auto bufSize = zepsDFTGetBufSize_C_32fc;
-    static constexpr auto forward = zepsDFTFwd_CToC_32fc;
-    static constexpr auto plan = Plan::complex;
-};
-
-struct RealKind {
-    using Spec = DFTSpecR32f;
-    using Element = Zep32f;
-    using Plan = FftwPlan<Zep32f>;
-    static constexpr double operationsPerLevel = 2.5;
-    static constexpr auto create = zepsDFTInitAlloc_R_32f;
-    static constexpr auto release = zepsDFTFree_R_32f;
-    static constexpr auto bufSize = zepsDFTGetBufSize_R_32f;
-    static constexpr auto forward = zepsDFTFwd_RToPerm_32f;
-    static constexpr auto plan = Plan::real;
-};
-
-struct DoubleKind {
-    using Spec = DFTSpecC64fc;
-    using Element = Zep64fc;
-    using Plan = FftwPlan<Zep64f>;
-    static constexpr double operationsPerLevel = 5;
-    static constexpr auto create = zepsDFTInitAlloc_C_64fc;
-    static constexpr auto release = zepsDFTFree_C_64fc;
-    static constexpr auto bufSize = zepsDFTGetBufSize_C_64fc;
-    static constexpr auto forward = zepsDFTFwd_CToC_64fc;
-    static constexpr auto plan = Plan::complex;
-};
 
 // Source and destination of every row of one length. The peer's real spectrum has up to two values
 // more than ours.
@@ -104,9 +67,8 @@ void transformFftw(benchmark::State& state, int N) {
     static std::map<int, Plan> plans;
     auto& [src, dst] = arraysOf<typename Kind::Element>(N);
     const Plan& plan = plans.try_emplace(N, Kind::plan, N).first->second;
-    using Bin = std::conditional_t<std::is_same_v<Plan, FftwPlan<Zep32f>>, Zep32fc, Zep64fc>;
     for (auto _ : state) {
-        plan.run(src.data(), reinterpret_cast<Bin*>(dst.data()));
+        plan.run(src.data(), reinterpret_cast<typename Kind::Bin*>(dst.data()));
         benchmark::ClobberMemory();
     }
     countOperations<Kind>(state, N);

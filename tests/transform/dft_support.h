@@ -1,45 +1,16 @@
-// What the tests of transforms of any length share: the three kinds, owners of objects, and bins by
+// What the tests of transforms of any length share beside the kinds: owners of objects, and bins by
 // the definition in extended precision.
 #pragma once
 
-#include <complex>
-
+#include "transform/dft_kinds.h"
 #include "transform/dft_spec.h"
 #include "transform/fft_support.h"
 
 namespace zep::test {
 
-struct DftComplex {
-    using Spec = DFTSpecC32fc;
-    using Element = Zep32fc;
-    static constexpr double unit = 0x1p-24;
-    static constexpr auto create = zepsDFTInitAlloc_C_32fc;
-    static constexpr auto release = zepsDFTFree_C_32fc;
-    static constexpr auto bufSize = zepsDFTGetBufSize_C_32fc;
-    static constexpr auto forward = zepsDFTFwd_CToC_32fc;
-};
 // The same object run backwards.
 struct DftInverse : DftComplex {
     static constexpr auto forward = zepsDFTInv_CToC_32fc;
-};
-struct DftDouble {
-    using Spec = DFTSpecC64fc;
-    using Element = Zep64fc;
-    // Chirp convolutions included, whose tables are no more exact than the data.
-    static constexpr double unit = 0x1.8p-53;
-    static constexpr auto create = zepsDFTInitAlloc_C_64fc;
-    static constexpr auto release = zepsDFTFree_C_64fc;
-    static constexpr auto bufSize = zepsDFTGetBufSize_C_64fc;
-    static constexpr auto forward = zepsDFTFwd_CToC_64fc;
-};
-struct DftReal {
-    using Spec = DFTSpecR32f;
-    using Element = Zep32f;
-    static constexpr double unit = 0x1p-24;
-    static constexpr auto create = zepsDFTInitAlloc_R_32f;
-    static constexpr auto release = zepsDFTFree_R_32f;
-    static constexpr auto bufSize = zepsDFTGetBufSize_R_32f;
-    static constexpr auto forward = zepsDFTFwd_RToPerm_32f;
 };
 
 template <class Kind>
@@ -60,12 +31,6 @@ private:
     typename Kind::Spec* spec_ = nullptr;
     int bytes_ = -1;
 };
-
-using Extended = std::complex<long double>;
-
-inline Extended toExtended(Zep32fc x) { return {x.re, x.im}; }
-inline Extended toExtended(Zep64fc x) { return {x.re, x.im}; }
-inline Extended toExtended(Zep32f x) { return {x, 0}; }
 
 // Bins of a signal by the definition.
 class Definition {
@@ -95,17 +60,5 @@ public:
 private:
     std::vector<Extended> roots_;
 };
-
-// Bin k of a computed spectrum; a packed one holds the lower half.
-template <class T>
-Extended computedBin(const T* X, std::size_t, std::size_t k) {
-    return toExtended(X[k]);
-}
-inline Extended computedBin(const Zep32f* X, std::size_t N, std::size_t k) {
-    if (2 * k > N) return std::conj(computedBin(X, N, N - k));
-    if (k == 0) return X[0];
-    if (2 * k == N) return X[1];
-    return N % 2 == 0 ? Extended(X[2 * k], X[2 * k + 1]) : Extended(X[2 * k - 1], X[2 * k]);
-}
 
 }  // namespace zep::test

@@ -70,8 +70,7 @@ ZepStatus transformChirpExactly(DftObject<float>& spec, int len) {
     DFTSpecC64fc exact{};
     exact.convLen = spec.convLen;
     ZepStatus status = zepStsMemAllocErr;
-    if (const Roots<double> roots(2 * std::int64_t{len});
-        !roots.missing() && buildChirp<double>(exact, len, roots)) {
+    if (buildChirp<double>(exact, len)) {
         DFTSpecC64fc* inner = nullptr;
         status = initAlloc(&inner, spec.convLen, ZEP_FFT_SCALE_NONE, 0);
         if (status == zepStsNoErr) {
@@ -89,10 +88,10 @@ ZepStatus transformChirpExactly(DftObject<float>& spec, int len) {
 
 // The convolution's transform, and the spectrum of the chirp with 1/convLen in it.
 template <class T>
-ZepStatus planConvolution(DftObject<T>& spec, int len, const Roots<T>& roots) {
+ZepStatus planConvolution(DftObject<T>& spec, int len) {
     using Inner = typename ComplexSpec<T>::Type;
     spec.convLen = convolutionLength(len);
-    if (!buildChirp(spec, len, roots)) return zepStsMemAllocErr;
+    if (!buildChirp(spec, len)) return zepStsMemAllocErr;
     Inner* inner = nullptr;
     if (const ZepStatus s = initAlloc(&inner, spec.convLen, ZEP_FFT_SCALE_NONE, 0);
         s != zepStsNoErr)
@@ -108,47 +107,39 @@ ZepStatus planConvolution(DftObject<T>& spec, int len, const Roots<T>& roots) {
 }
 
 template <class T>
-ZepStatus planChirp(DftObject<T>& spec, int len, const Roots<T>& roots) {
-    if (roots.length() % (2 * std::int64_t{len}) == 0) return planConvolution(spec, len, roots);
-    const Roots<T> twice(2 * std::int64_t{len});
-    return twice.missing() ? zepStsMemAllocErr : planConvolution(spec, len, twice);
-}
-
-// len complex points, from the roots of a multiple of len.
-template <class T>
-ZepStatus planPoints(DftObject<T>& spec, int len, const Roots<T>& roots) {
+ZepStatus planPoints(DftObject<T>& spec, int len) {
     const Factors factors = factorise<T>(len);
     switch (routeOf<T>(len, factors)) {
         case Route::MixedRadix:
             spec.workSize = static_cast<std::int32_t>(mixedRadixScratch<T>(len, factors));
-            return buildPasses(spec, len, factors, roots) ? zepStsNoErr : zepStsMemAllocErr;
+            return buildPasses(spec, len, factors) ? zepStsNoErr : zepStsMemAllocErr;
         case Route::Odd:
             spec.workSize = len * static_cast<int>(2 * sizeof(T)) + 32;
-            return buildDirect(spec, len, roots) ? zepStsNoErr : zepStsMemAllocErr;
+            return buildDirect(spec, len) ? zepStsNoErr : zepStsMemAllocErr;
         case Route::Chirp:
-            return planChirp(spec, len, roots);
+            return planConvolution(spec, len);
         default:
             return zepStsSizeErr;
     }
 }
 
-ZepStatus planRealOdd(DftObject<float>& spec, const Roots<float>& roots) {
+ZepStatus planRealOdd(DftObject<float>& spec) {
     const int len = spec.len;
     const Factors factors = factorise<float>(len);
     if (factors.count > 0) {
         spec.realOdd = 1;
         spec.workSize = static_cast<std::int32_t>(mixedRadixScratch<float>(len, factors));
-        return buildRealPasses(spec, factors, roots) ? zepStsNoErr : zepStsMemAllocErr;
+        return buildRealPasses(spec, factors) ? zepStsNoErr : zepStsMemAllocErr;
     }
-    if (len > Limits<float>::oddLength) return planPoints(spec, len, roots);
+    if (len > Limits<float>::oddLength) return planPoints(spec, len);
     spec.workSize = len * static_cast<int>(sizeof(float)) + 32;
-    return buildDirect(spec, len, roots) ? zepStsNoErr : zepStsMemAllocErr;
+    return buildDirect(spec, len) ? zepStsNoErr : zepStsMemAllocErr;
 }
 
-ZepStatus planRealEven(DftObject<float>& spec, const Roots<float>& roots) {
-    if (!buildFold(spec, roots)) return zepStsMemAllocErr;
+ZepStatus planRealEven(DftObject<float>& spec) {
+    if (!buildFold(spec)) return zepStsMemAllocErr;
     const int h = spec.len / 2;
-    return h <= kDirectMaxLength ? zepStsNoErr : planPoints(spec, h, roots);
+    return h <= kDirectMaxLength ? zepStsNoErr : planPoints(spec, h);
 }
 
 template <class Spec>
@@ -159,12 +150,10 @@ ZepStatus plan(Spec& spec, int flag, int hint) {
     if (len <= kDirectMaxLength) return zepStsNoErr;
     if ((len & (len - 1)) == 0) return planFft<Spec>(spec, flag, hint);
     if (len > Limits<T>::length) return zepStsSizeErr;
-    const Roots<T> roots(len);
-    if (roots.missing()) return zepStsMemAllocErr;
     if constexpr (SpecTraits<Spec>::kind == DftKind::Real)
-        return len % 2 == 0 ? planRealEven(spec, roots) : planRealOdd(spec, roots);
+        return len % 2 == 0 ? planRealEven(spec) : planRealOdd(spec);
     else
-        return planPoints<T>(spec, len, roots);
+        return planPoints<T>(spec, len);
 }
 
 // Whatever has been made so far.

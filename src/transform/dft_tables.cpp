@@ -1,29 +1,56 @@
 #include "transform/dft_tables.h"
 
-#include <cmath>
-
+#include "transform/dft_gain.h"
 #include "transform/dft_odd.h"
 #include "transform/dft_passes.h"
 #include "transform/dft_real.h"
 
 namespace zep::ZEP_VARIANT::dft {
 
+namespace {
+
+// exp(-2*pi*i*k/N), k ascending, in extended precision: so many roots of the smallest angles, times
+// one that they are counted from. Rounded to double they are right but for one in a thousand that
+// lies between two values.
+class ExactRoots {
+public:
+    explicit ExactRoots(std::int64_t N) : length_(N) {
+        for (int k = 0; k < kFine; ++k) fine_[k] = {unitCosine(k, N), unitSine(k, N)};
+    }
+    long double cosine() const { return at_.cosine * base_.cosine - at_.sine * base_.sine; }
+    long double sine() const { return at_.sine * base_.cosine + at_.cosine * base_.sine; }
+    void moveTo(std::int64_t k) {
+        if (k / kFine != block_) {
+            block_ = k / kFine;
+            base_ = {unitCosine(block_ * kFine, length_), unitSine(block_ * kFine, length_)};
+        }
+        at_ = fine_[k % kFine];
+    }
+
+private:
+    static constexpr int kFine = 32;
+    struct Root {
+        long double cosine, sine;
+    };
+    std::int64_t length_, block_ = 0;
+    Root fine_[kFine], base_{1, 0}, at_{1, 0};
+};
+
+}  // namespace
+
 // Computed is an eighth of the circle, a quarter or a half, as the length divides; the rest follows
 // by symmetry.
 template <class T>
-Roots<T>::Roots(std::int64_t T0) : length_(T0), w_(allocate<T>(2 * static_cast<std::size_t>(T0))) {
+Roots<T>::Roots(std::int64_t T0, long double scale)
+    : length_(T0), w_(allocate<T>(2 * static_cast<std::size_t>(T0))) {
     if (w_ == nullptr) return;
     const std::int64_t N = length_;
-    const long double step = 6.283185307179586476925286766559L / static_cast<long double>(N);
     const std::int64_t computed = N % 4 == 0 ? N / 8 : N % 2 == 0 ? N / 4 : N / 2;
+    ExactRoots root(N);
     for (std::int64_t k = 0; k <= computed; ++k) {
-        const long double exact = static_cast<long double>(k) * step;
-        const auto angle = static_cast<double>(exact);
-        // What the rounding of the angle takes away, to the first order.
-        const auto rest = static_cast<double>(exact - static_cast<long double>(angle));
-        const double cosine = std::cos(angle), sine = std::sin(angle);
-        w_[2 * k] = static_cast<T>(cosine - rest * sine);
-        w_[2 * k + 1] = static_cast<T>(0.0 - (sine + rest * cosine));
+        root.moveTo(k);
+        w_[2 * k] = static_cast<T>(root.cosine() * scale);
+        w_[2 * k + 1] = static_cast<T>(0 - root.sine() * scale);
     }
     if (N % 4 == 0)
         for (std::int64_t k = N / 8 + 1; k <= N / 4; ++k) {
@@ -137,20 +164,24 @@ bool buildOddTables(DftObject<T>& spec, const Factors& factors, const Roots<T>& 
     return true;
 }
 
-// The order of the passes; the tables of pass i, which joins columns bins, by make(table, radix,
-// columns, short).
+// The order of the passes, and their tables: that of a pass which joins `columns` bins by
+// make(table, radix, columns, short, roots).
 template <class T, class Make>
-bool buildSchedule(DftObject<T>& spec, const Factors& factors, Make make) {
+bool buildSchedule(DftObject<T>& spec, int len, const Factors& factors, Make make) {
     const Schedule schedule = scheduleOf<T>(factors);
     const auto count = static_cast<std::size_t>(schedule.count);
+    const Roots<T> roots(len, rootScale<T>(schedule));
     spec.digitPermutation = allocate<std::int32_t>(count + 1);
-    if (spec.digitPermutation == nullptr) return false;
+    if (roots.missing() || spec.digitPermutation == nullptr ||
+        !buildOddTables(spec, factors, roots))
+        return false;
     __builtin_memcpy(spec.digitPermutation, schedule.radix, count * sizeof(std::int32_t));
     spec.digitPermutation[count] = 0;
     std::int64_t columns = schedule.radix[0];
     for (int i = 1; i < schedule.count; ++i) {
         const int r = schedule.radix[i];
-        if (!make(spec.factors[factors.count - i].twiddles, r, columns, isShort(schedule.radix)))
+        if (!make(spec.factors[factors.count - i].twiddles, r, columns, isShort(schedule.radix),
+                  roots))
             return false;
         columns *= r;
     }
@@ -160,74 +191,82 @@ bool buildSchedule(DftObject<T>& spec, const Factors& factors, Make make) {
 }  // namespace
 
 template <class T>
-bool buildPasses(DftObject<T>& spec, int len, const Factors& factors, const Roots<T>& roots) {
+bool buildPasses(DftObject<T>& spec, int len, const Factors& factors) {
     fillRecords(spec, len, factors);
-    return buildOddTables(spec, factors, roots) &&
-           buildSchedule(spec, factors, [&](T*& table, int r, std::int64_t s, bool padded) {
-               return buildJoinTwiddles(table, r, s, padded, roots);
-           });
+    return buildSchedule(spec, len, factors,
+                         [](T*& table, int r, std::int64_t s, bool padded, const Roots<T>& roots) {
+                             return buildJoinTwiddles(table, r, s, padded, roots);
+                         });
 }
 
 // Column 0 has no twiddles, and the upper half of the columns is conjugate to the lower.
-bool buildRealPasses(DftObject<float>& spec, const Factors& factors, const Roots<float>& roots) {
+bool buildRealPasses(DftObject<float>& spec, const Factors& factors) {
     fillRecords(spec, spec.len, factors);
-    return buildOddTables(spec, factors, roots) &&
-           buildSchedule(spec, factors, [&](float*& table, int r, std::int64_t s, bool) {
-               return buildTwiddles<float>(table, r, s, (s - 1) / 2, 1, roots);
-           });
+    return buildSchedule(spec, spec.len, factors,
+                         [](float*& table, int r, std::int64_t s, bool, const Roots<float>& roots) {
+                             return buildTwiddles<float>(table, r, s, (s - 1) / 2, 1, roots);
+                         });
 }
 
 template <class T>
-bool buildDirect(DftObject<T>& spec, int len, const Roots<T>& roots) {
+bool buildDirect(DftObject<T>& spec, int len) {
+    const Roots<T> roots(len);
     spec.directTable = allocate<T>(directTableScalars<T>(len));
-    if (spec.directTable == nullptr) return false;
-    const std::int64_t stride = roots.length() / len;
+    if (roots.missing() || spec.directTable == nullptr) return false;
     const std::ptrdiff_t padded = paddedPairs<T>(len);
     T* out = spec.directTable;
     for (int k = 1; k <= (len - 1) / 2; ++k, out += 2 * padded)
         for (std::ptrdiff_t j = 0; j < padded; ++j) {
-            const std::int64_t i = (j + 1) * k % len * stride;
+            const std::int64_t i = (j + 1) * k % len;
             out[j] = roots.re(i);
             out[j + padded] = -roots.im(i);
         }
     return true;
 }
 
+template <class V>
+constexpr int slotOf(int element) {
+    int slot = 0;
+    while (slotElementOf<V>(slot) != element) ++slot;
+    return slot;
+}
+
 // k = 1, 2 ..: cos/2 and (1 - sin)/2; unfolding: cos and -sin. In vectors of the fold.
-bool buildFold(DftObject<float>& spec, const Roots<float>& roots) {
-    const std::int64_t N = spec.len, count = foldCount(spec.len);
+bool buildFold(DftObject<float>& spec) {
+    const std::int64_t count = foldCount(spec.len);
     spec.foldTwiddles = allocate<float>(static_cast<std::size_t>(2 * foldCapacity(spec.len)));
     spec.unfoldTwiddles = allocate<float>(static_cast<std::size_t>(2 * foldCapacity(spec.len)));
     if (spec.foldTwiddles == nullptr || spec.unfoldTwiddles == nullptr) return false;
-    const std::int64_t stride = roots.length() / N;
+    ExactRoots root(spec.len);
     withColumnVector<float>(count, [&]<class V>(V) {
         constexpr int W = V::lanes;
         float* fold = spec.foldTwiddles;
         float* unfold = spec.unfoldTwiddles;
         for (std::int64_t v = 0; v < vectorsOf(count, W); ++v, fold += 2 * W, unfold += 2 * W)
-            for (int slot = 0; slot < W; ++slot) {
-                const std::int64_t k = 1 + vectorBegin(v, count, W) + slotElementOf<V>(slot);
-                const float re = roots.re(k * stride), im = roots.im(k * stride);
-                fold[slot] = 0.5f * re;
-                fold[slot + W] = 0.5f + 0.5f * im;
-                unfold[slot] = re;
-                unfold[slot + W] = im;
-            }
+            simd::unroll<W>([&](auto n) {
+                constexpr int slot = slotOf<V>(n);
+                root.moveTo(1 + vectorBegin(v, count, W) + n);
+                fold[slot] = static_cast<float>(root.cosine() / 2);
+                fold[slot + W] = static_cast<float>((1 - root.sine()) / 2);
+                unfold[slot] = static_cast<float>(root.cosine());
+                unfold[slot + W] = static_cast<float>(-root.sine());
+            });
     });
     return true;
 }
 
 // exp(-i*pi*n^2/len) is root n^2 of 2*len; squares differ by 2n + 1.
 template <class T>
-bool buildChirp(DftObject<T>& spec, int len, const Roots<T>& roots) {
+bool buildChirp(DftObject<T>& spec, int len) {
+    const std::int64_t turn = 2 * std::int64_t{len};
+    const Roots<T> roots(turn);
     spec.chirp = allocate<T>(2 * static_cast<std::size_t>(len));
     spec.chirpSpectrum = allocate<T>(2 * static_cast<std::size_t>(spec.convLen));
-    if (spec.chirp == nullptr || spec.chirpSpectrum == nullptr) return false;
-    const std::int64_t turn = 2 * std::int64_t{len}, stride = roots.length() / turn;
+    if (roots.missing() || spec.chirp == nullptr || spec.chirpSpectrum == nullptr) return false;
     std::int64_t square = 0;
     for (std::int64_t n = 0; n < len; ++n) {
-        spec.chirp[2 * n] = roots.re(square * stride);
-        spec.chirp[2 * n + 1] = roots.im(square * stride);
+        spec.chirp[2 * n] = roots.re(square);
+        spec.chirp[2 * n + 1] = roots.im(square);
         square += 2 * n + 1;
         if (square >= turn) square -= turn;
     }
@@ -259,12 +298,12 @@ std::size_t mixedRadixScratch(int len, const Factors& factors) {
 
 template class Roots<float>;
 template class Roots<double>;
-template bool buildPasses(DftObject<float>&, int, const Factors&, const Roots<float>&);
-template bool buildPasses(DftObject<double>&, int, const Factors&, const Roots<double>&);
-template bool buildDirect(DftObject<float>&, int, const Roots<float>&);
-template bool buildDirect(DftObject<double>&, int, const Roots<double>&);
-template bool buildChirp(DftObject<float>&, int, const Roots<float>&);
-template bool buildChirp(DftObject<double>&, int, const Roots<double>&);
+template bool buildPasses(DftObject<float>&, int, const Factors&);
+template bool buildPasses(DftObject<double>&, int, const Factors&);
+template bool buildDirect(DftObject<float>&, int);
+template bool buildDirect(DftObject<double>&, int);
+template bool buildChirp(DftObject<float>&, int);
+template bool buildChirp(DftObject<double>&, int);
 template std::size_t mixedRadixScratch<float>(int, const Factors&);
 template std::size_t mixedRadixScratch<double>(int, const Factors&);
 

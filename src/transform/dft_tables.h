@@ -1,5 +1,5 @@
-// The tables of a transform of any length. All angles come from one full circle of roots, made for
-// the occasion.
+// The tables of a transform of any length. All angles of one come from a full circle of roots, made
+// for the occasion.
 #pragma once
 
 #include "transform/dft_plan.h"
@@ -15,11 +15,12 @@ P* allocate(std::size_t count) {
     return static_cast<P*>(zepMalloc(static_cast<int>(bytes)));
 }
 
-// W[k] = exp(-2*pi*i*k/T), k = 0 .. T-1, in pairs of parts; owned.
+// W[k] = exp(-2*pi*i*k/T), k = 0 .. T-1, in pairs of parts, times a scale near to 1 and rounded once;
+// owned.
 template <class T>
 class Roots {
 public:
-    explicit Roots(std::int64_t T0);
+    explicit Roots(std::int64_t T0, long double scale = 1);
     ~Roots() {
         if (w_ != nullptr) zepFree(w_);
     }
@@ -38,16 +39,15 @@ private:
 
 // Tables of the passes, for len points; false where memory is short.
 template <class T>
-bool buildPasses(DftObject<T>& spec, int len, const Factors& factors, const Roots<T>& roots);
+bool buildPasses(DftObject<T>& spec, int len, const Factors& factors);
 // The real passes of an odd length.
-bool buildRealPasses(DftObject<float>& spec, const Factors& factors, const Roots<float>& roots);
+bool buildRealPasses(DftObject<float>& spec, const Factors& factors);
 
 template <class T>
-bool buildDirect(DftObject<T>& spec, int len, const Roots<T>& roots);
-bool buildFold(DftObject<float>& spec, const Roots<float>& roots);
-// The chirp of len points from roots of a multiple of 2*len.
+bool buildDirect(DftObject<T>& spec, int len);
+bool buildFold(DftObject<float>& spec);
 template <class T>
-bool buildChirp(DftObject<T>& spec, int len, const Roots<T>& roots);
+bool buildChirp(DftObject<T>& spec, int len);
 
 // Bytes of scratch of the mixed-radix route.
 template <class T>

@@ -1,6 +1,6 @@
 // What the rounding of a butterfly's constants does to the norm of its output on the average. All
 // other effects of roundings are as good as random, but this one passes add up: left alone it makes
-// up to a quarter of a transform's error. The twiddles can take it back.
+// up to a seventh of the square of a transform's error. The twiddles can take it back.
 #pragma once
 
 #include "transform/dft_butterfly.h"

@@ -28,8 +28,7 @@ template <class K, class T>
 class Correlation {
     static constexpr Index P = K::parts;
     static constexpr Index kVector = W / P;  // elements
-    static constexpr int kRows = 8 / P;      // of blocks with sums of one length
-    static constexpr int kEdgeRows = 4;      // of others
+    static constexpr int kEdgeRows = 4;      // of blocks with sums of several lengths
     static constexpr Index kEdge = kEdgeRows * kVector;
 
 public:
@@ -50,7 +49,7 @@ public:
             else if (n > 0)
                 n = n / kVector * kVector;
             if (n >= kVector) {
-                whole(lag, y, n);
+                EqualSums<K>(h_, taps_).run(x_ + lag * P, y, n);
             } else if (count <= kVector || (lag < 0 && -lag <= kVector && samples_ >= taps_)) {
                 n = edge<1>(lag, y, count);
             } else if (count <= 2 * kVector || (lag < 0 && -lag <= 2 * kVector)) {
@@ -64,31 +63,7 @@ public:
         }
     }
 
-    // At least a vector of outputs with sums of one length; the last ones are computed twice where
-    // they do not fill one.
-    void whole(Index lag, float* y, Index count) const {
-        const float* x = x_ + lag * P;
-        rows<kRows>(x, y, count);
-        rows<4 / P>(x, y, count);
-        if constexpr (P == 1) rows<2>(x, y, count);
-        rows<1>(x, y, count);
-        if (count > 0) {
-            x -= (kVector - count) * P;
-            y -= (kVector - count) * P;
-            rows<1>(x, y, count = kVector);
-        }
-    }
-
 private:
-    template <int R>
-    [[gnu::always_inline]] void rows(const float*& x, float*& y, Index& count) const {
-        for (; count >= R * kVector; count -= R * kVector, x += R * W, y += R * W) {
-            OutputSums<K, R> sums;
-            sums.add({h_, x, taps_});
-            sums.storeAll(y);
-        }
-    }
-
     template <int R>
     Index edge(Index lag, float* y, Index count) {
         constexpr Index kBlock = R * kVector;
@@ -149,8 +124,22 @@ private:
     float front_[2 * kEdge * P], back_[2 * kEdge * P];
 };
 
+template <class K, class T>
+void inside(const T* h, std::int64_t taps, const T* x, T* y, std::int64_t count) {
+    EqualSums<K>(reinterpret_cast<const float*>(h), taps)
+        .run(reinterpret_cast<const float*>(x), reinterpret_cast<float*>(y), count);
+}
+
 }  // namespace
 
+void correlateInside(const Zep32f* h, std::int64_t taps, const Zep32f* x, Zep32f* y,
+                     std::int64_t count) {
+    inside<RealTaps>(h, taps, x, y, count);
+}
+void correlateInside(const Zep32fc* h, std::int64_t taps, const Zep32fc* x, Zep32fc* y,
+                     std::int64_t count) {
+    inside<ComplexTaps>(h, taps, x, y, count);
+}
 void correlate(const Zep32f* h, std::int64_t taps, const Zep32f* x, std::int64_t samples,
                std::int64_t lag, Zep32f* y, std::int64_t count) {
     Correlation<RealTaps, Zep32f>(h, taps, x, samples).run(lag, y, count);

@@ -18,6 +18,12 @@ void correlate(const Zep32f* h, std::int64_t taps, const Zep32f* x, std::int64_t
 void correlate(const Zep32fc* h, std::int64_t taps, const Zep32fc* x, std::int64_t samples,
                std::int64_t lag, Zep32fc* y, std::int64_t count);
 
+// The same with lag 0 for outputs that meet every tap, 64 bytes of them or more.
+void correlateInside(const Zep32f* h, std::int64_t taps, const Zep32f* x, Zep32f* y,
+                     std::int64_t count);
+void correlateInside(const Zep32fc* h, std::int64_t taps, const Zep32fc* x, Zep32fc* y,
+                     std::int64_t count);
+
 // With conj(h[j]).
 void correlateConjugate(const Zep32fc* h, std::int64_t taps, const Zep32fc* x, std::int64_t samples,
                         std::int64_t lag, Zep32fc* y, std::int64_t count);

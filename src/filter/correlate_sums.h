@@ -19,12 +19,20 @@ using Index = std::ptrdiff_t;
 constexpr Index W = V::lanes;
 
 struct RealTaps {
+    using V = filter::V;
     static constexpr int parts = 1;  // of an element, and sums that a vector of outputs needs
+    [[gnu::always_inline]] static V finish(const V (&sum)[1]) { return sum[0]; }
+};
+
+struct DoubleTaps {
+    using V = simd::Native<double>;
+    static constexpr int parts = 1;
     [[gnu::always_inline]] static V finish(const V (&sum)[1]) { return sum[0]; }
 };
 
 // x * h from x * re(h) and x * im(h), interleaved.
 struct ComplexTaps {
+    using V = filter::V;
     static constexpr int parts = 2;
     [[gnu::always_inline]] static V finish(const V (&sum)[2]) {
         return subAdd(sum[0], swapPairs(sum[1]));
@@ -34,6 +42,7 @@ struct ComplexTaps {
     }
 };
 struct ConjugateTaps {
+    using V = filter::V;
     static constexpr int parts = 2;
     [[gnu::always_inline]] static V finish(const V (&sum)[2]) {
         return subAdd(sum[0], swapPairs(V::zero() - sum[1]));
@@ -68,18 +77,26 @@ struct CorrelateTuning<tag::e9_avx512> {
 };
 
 // Taps h[0 .. count-1], the first of which meets x[0] for output 0; all in scalars but the count.
-struct Segment {
-    const float* h;
-    const float* x;
+template <class Scalar>
+struct SegmentOf {
+    const Scalar* h;
+    const Scalar* x;
     Index count;
 };
+using Segment = SegmentOf<float>;
 
 template <class K, int R>
 class OutputSums {
+    using V = typename K::V;
+    using Scalar = typename V::Scalar;
+    using Segment = SegmentOf<Scalar>;
+    static constexpr Index W = V::lanes;
     using Tuning = Tuned<CorrelateTuning>;
     static constexpr int P = K::parts;
-    static constexpr int U = R * P < Tuning::sums ? Tuning::sums / (R * P) : 1;  // of an output
-    static constexpr Index kVector = W / P;                                      // elements
+    // Of an output; more than a few would only have to be added up.
+    static constexpr int kMost = 8, kFree = Tuning::sums / (R * P);
+    static constexpr int U = kFree < 1 ? 1 : kFree > kMost ? kMost : kFree;
+    static constexpr Index kVector = W / P;  // elements
 
 public:
     [[gnu::always_inline]] OutputSums() {
@@ -115,7 +132,7 @@ public:
     }
 
     // The first `outputs` scalars. True where there is a NaN.
-    [[gnu::always_inline]] bool store(float* y, Index outputs) const {
+    [[gnu::always_inline]] bool store(Scalar* y, Index outputs) const {
         bool nan = false;
         simd::unroll<R>([&](auto r) __attribute__((always_inline)) {
             const V result = finish<r>();
@@ -128,9 +145,18 @@ public:
         });
         return nan;
     }
-    [[gnu::always_inline]] void storeAll(float* y) const {
+    [[gnu::always_inline]] void storeAll(Scalar* y) const {
         simd::unroll<R>([&](auto r)
                             __attribute__((always_inline)) { finish<r>().store(y + r * W); });
+    }
+
+    // The outputs of vector r.
+    template <int r>
+    [[gnu::always_inline]] V finish() const {
+        V total[P];
+        simd::unroll<P>([&](auto p)
+                            __attribute__((always_inline)) { total[p] = addUp<0, U, r, p>(); });
+        return K::finish(total);
     }
 
 private:
@@ -176,7 +202,7 @@ private:
     }
 
     template <int T, int u0>
-    [[gnu::always_inline]] void column(const float* h, const float* x) {
+    [[gnu::always_inline]] void column(const Scalar* h, const Scalar* x) {
         const Taps<T> taps(h, W);
         simd::unroll<R + T - 1>([&](auto m) __attribute__((always_inline)) {
             V v = V::load(x + m * W);
@@ -190,7 +216,7 @@ private:
 
     // The vectors between are put together from their neighbours.
     template <int T, int distance, int u0>
-    [[gnu::always_inline]] void partColumn(const float* h, const float* x) {
+    [[gnu::always_inline]] void partColumn(const Scalar* h, const Scalar* x) {
         static_assert(T % 2 == 0 && (T == 2 || 2 * distance == W));
         constexpr int kVectors = R + T / 2 - 1;
         const Taps<T> taps(h, distance);
@@ -200,7 +226,7 @@ private:
             if constexpr (m + 1 < kVectors) {
                 next = V::load(x + (m + 1) * W);
                 simd::keepInRegister(next);
-                between = shuffle(v, next, [](int k) { return k + distance; });
+                between = simd::lanesFrom<distance>(v, next);
             } else {
                 // Beyond this one there need not be samples.
                 between = V::load(x + m * W + distance);
@@ -217,7 +243,7 @@ private:
     template <int T>
     struct Taps {
         V tap[T][P];
-        [[gnu::always_inline]] Taps(const float* h, Index distance) {
+        [[gnu::always_inline]] Taps(const Scalar* h, Index distance) {
             simd::unroll<T>([&](auto t) __attribute__((always_inline)) {
                 simd::unroll<P>([&](auto p) __attribute__((always_inline)) {
                     tap[t][p] = V::broadcast(simd::readAny(h + t * distance + p));
@@ -234,19 +260,67 @@ private:
             });
     }
 
-    template <int r>
-    [[gnu::always_inline]] V finish() const {
-        V total[P];
-        simd::unroll<P>([&](auto p) __attribute__((always_inline)) {
-            total[p] = sum_[0][r][p];
-            simd::unroll<U - 1>([&](auto u) __attribute__((always_inline)) {
-                total[p] = total[p] + sum_[u + 1][r][p];
-            });
-        });
-        return K::finish(total);
+    // Sets u to u + count - 1.
+    template <int u, int count, int r, int p>
+    [[gnu::always_inline]] V addUp() const {
+        if constexpr (count == 1)
+            return sum_[u][r][p];
+        else
+            return addUp<u, count / 2, r, p>() + addUp<u + count / 2, count / 2, r, p>();
     }
 
     V sum_[U][R][P];
+};
+
+// y[i] = sum over j of h[j] * x[i + j] for count elements, at least a vector of them, whose sums are
+// all of one length. What is left behind blocks of R vectors is computed together with outputs in
+// front of it, so that few blocks are left, and none that reads beyond the samples.
+template <class K>
+class EqualSums {
+    using V = typename K::V;
+    using Scalar = typename V::Scalar;
+    static constexpr Index P = K::parts, W = V::lanes, kVector = W / P;
+    static constexpr int kRows = Tuned<CorrelateTuning>::sums / P;
+
+public:
+    EqualSums(const Scalar* h, Index taps) : h_(h), taps_(taps) {}
+
+    void run(const Scalar* x, Scalar* y, Index count) const {
+        Index left = count;
+        while (left >= kRows * kVector) block<kRows>(x, y, left, 0);
+        rest<kRows / 2>(x, y, left, count);
+    }
+
+private:
+    // Less than 2R vectors are left of all.
+    template <int R>
+    [[gnu::always_inline]] void rest(const Scalar* x, Scalar* y, Index left, Index all) const {
+        if constexpr (R > 0) {
+            if (left >= R * kVector) block<R>(x, y, left, 0);
+            // What is computed twice costs less than one more block.
+            constexpr Index kBlock = 16;
+            const Index twice = R * kVector - left;
+            if (left > R / 2 * kVector && twice * taps_ <= kBlock * kVector && all >= R * kVector)
+                return block<R>(x, y, left, twice);
+            rest<R / 2>(x, y, left, all);
+        } else if (left > 0) {
+            block<1>(x, y, left, kVector - left);
+        }
+    }
+    template <int R>
+    [[gnu::always_inline]] void block(const Scalar*& x, Scalar*& y, Index& left, Index back) const {
+        x -= back * P;
+        y -= back * P;
+        OutputSums<K, R> sums;
+        sums.add({h_, x, taps_});
+        sums.storeAll(y);
+        x += R * W;
+        y += R * W;
+        left -= R * kVector - back;
+    }
+
+    const Scalar* h_;
+    Index taps_;
 };
 
 }  // namespace zep::ZEP_VARIANT::filter

@@ -10,10 +10,10 @@ namespace {
 using filter::FirTraits;
 using filter::TransformOf;
 
-void move(const Zep32f* src, Zep32f* dst, int n) { ZEP_VARIANT::zepsMove_32f(src, dst, n); }
-void move(const Zep32fc* src, Zep32fc* dst, int n) {
-    ZEP_VARIANT::zepsMove_64f(reinterpret_cast<const Zep64f*>(src), reinterpret_cast<Zep64f*>(dst),
-                              n);
+template <class T>
+void copy(T* to, const T* from, std::int64_t n) {
+    constexpr std::int64_t kParts = sizeof(T) / sizeof(float);
+    filter::copyFew(reinterpret_cast<float*>(to), reinterpret_cast<const float*>(from), kParts * n);
 }
 
 template <class T>
@@ -22,22 +22,22 @@ ZepStatus direct(const T* src, T* dst, int n, ZepFIRState& state) {
     const T* taps = static_cast<const T*>(state.pTapsRev);
     T* delay = static_cast<T*>(state.pDlyLine) + state.dlyLineIndex;
     state.dlyLineIndex = 0;
-    const bool isShort = n <= state.splitCount || n <= filter::kShortCall;
-    const int copied = isShort ? n : state.splitCount;
-    // Entry 0, the oldest, meets no tap. What lies behind the new samples meets outputs that are
-    // not stored.
-    TransformOf<T>::copy(src, delay + L, copied);
-    const std::int64_t samples = std::int64_t{L} - 1 + copied + filter::kDelaySlack<T>;
-    if (isShort) {
+    if (filter::isShortCall<T>(L, n)) {
+        // Entry 0, the oldest, meets no tap. What lies behind the new samples meets outputs that are
+        // not stored.
+        copy(delay + L, src, n);
+        const std::int64_t samples = std::int64_t{L} - 1 + n + filter::kDelaySlack<T>;
         filter::correlate(taps, L, delay + 1, samples, 0, dst, n);
-        move(delay + n, delay, L);
+        copy(delay, delay + n, L);
         return zepStsNoErr;
     }
-    // From output A on, all L samples are the caller's.
-    const int A = (L + 3) & ~3;
-    filter::correlate(taps, L, delay + 1, samples, 0, dst, A);
-    TransformOf<T>::copy(src + (n - L), delay, L);
-    filter::correlate(taps, L, src, n, A - L + 1, dst + A, n - A);
+    // What is read from the delay buffer comes last: a load that spans two stores waits until they
+    // have left for the cache.
+    const std::int64_t head = filter::headOutputs<T>(L);
+    copy(delay + L, src, head);
+    filter::correlateInside(taps, L, src + (head - (L - 1)), dst + head, n - head);
+    if (head > 0) filter::correlateInside(taps, L, delay + 1, dst, head);
+    copy(delay, src + (n - L), L);
     return zepStsNoErr;
 }
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "core/variant_exports.h"
-#include "simd/vec_fwd.h"
+#include "simd/vec.h"
 
 namespace zep {
 
@@ -47,7 +47,10 @@ struct ZepFIRState {
     std::int32_t ownsMemory;
     std::int32_t upPhase;
     std::int32_t downPhase;
-    std::int32_t groups;  // groups of a period; 0: one row per output
+    std::int32_t groups;         // groups of a period; 0: one row per output
+    void* pSorted;               // inputs by their place in a period; null: they are not sorted
+    std::int32_t sortedLen;      // elements of each place
+    std::int32_t sortedOutputs;  // made from them
 };
 
 namespace zep::ZEP_VARIANT::filter {
@@ -79,6 +82,17 @@ private:
     std::size_t bytes_ = (sizeof(ZepFIRState) + 63) & ~std::size_t{63};
     bool tooLarge_ = false;
 };
+
+// For arrays that mostly are a few vectors. `to` may overlap what stands behind it.
+template <class T>
+[[gnu::always_inline]] inline void copyFew(T* to, const T* from, std::ptrdiff_t n) {
+    using V = simd::Native<T>;
+    std::ptrdiff_t i = 0;
+    for (; i + V::lanes <= n; i += V::lanes) V::load(from + i).store(to + i);
+    if (i < n)
+        V::loadPartial(from + i, static_cast<int>(n - i))
+            .storePartial(to + i, static_cast<int>(n - i));
+}
 
 // The caller's delay line has its newest sample first, the state's its oldest.
 template <int kParts, class To, class From>

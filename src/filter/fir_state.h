@@ -1,8 +1,9 @@
 // What single-rate filters keep in their record.
 //
-// The delay buffer begins with the last dlyLineLen inputs, oldest first; behind them is room for the
-// first splitCount samples of a call, or for all of a short one, so that outputs which need both are
-// sums over one array. All routes leave the same history, so they may change from call to call.
+// The delay buffer begins with the last dlyLineLen inputs, oldest first; behind them is room for all
+// samples of a short call, or for those that the first outputs of a longer one meet, so that outputs
+// which need both are sums over one array. All routes leave the same history, so they may change from
+// call to call.
 #pragma once
 
 #include <cstddef>
@@ -51,15 +52,30 @@ struct FirTraits<Zep32fc> {
     static constexpr std::int64_t splitCount(std::int64_t L) { return (L + 3) & ~3; }
 };
 
-// A call of so few samples passes through the delay buffer as a whole. Behind them a vector may be
-// read.
+// Outputs that meet samples of the past, in whole vectors of any variant.
+template <class T>
+constexpr std::int64_t headOutputs(std::int64_t L) {
+    constexpr std::int64_t kVector = 64 / sizeof(T);
+    return (L - 1 + kVector - 1) & -kVector;
+}
+
+// Whether a call passes through the delay buffer as a whole: two runs of sums take longer than one
+// until they are much longer than what is copied. Behind the samples a vector may be read.
 constexpr int kShortCall = 512;
 template <class T>
-constexpr int kDelaySlack = 64 / sizeof(T);
+constexpr std::int64_t kDelaySlack = 64 / sizeof(T);
+template <class T>
+constexpr std::int64_t shortest(std::int64_t L) {
+    return 2 * headOutputs<T>(L) + kDelaySlack<T>;
+}
+template <class T>
+constexpr bool isShortCall(std::int64_t L, std::int64_t n) {
+    return n < shortest<T>(L) || (n <= kShortCall && n < 6 * headOutputs<T>(L));
+}
 template <class T>
 constexpr std::int64_t delayLength(std::int64_t L) {
-    const std::int64_t split = FirTraits<T>::splitCount(L);
-    return L + (split < kShortCall ? kShortCall : split) + kDelaySlack<T>;
+    const std::int64_t most = shortest<T>(L) < kShortCall ? kShortCall : shortest<T>(L);
+    return L + most + kDelaySlack<T>;
 }
 
 template <class T>

@@ -22,6 +22,20 @@ template <class F, Lane T, int N>
     return detail::shuffled<F>(a, b, std::make_integer_sequence<int, N>{});
 }
 
+// Lane k and those behind it of a followed by b. The compiler's own choice is an instruction that
+// overwrites its table.
+template <int k, Lane T, int N>
+[[gnu::always_inline]] inline Vec<T, N> lanesFrom(Vec<T, N> a, Vec<T, N> b) {
+    if constexpr (kHasAvx512 && sizeof(a) == 64 && sizeof(T) >= 4 && 2 * k != N) {
+        if constexpr (sizeof(T) == 4)
+            return {bitsAs<Register<T, N>>(_mm512_alignr_epi32(asInts(b.v), asInts(a.v), k))};
+        else
+            return {bitsAs<Register<T, N>>(_mm512_alignr_epi64(asInts(b.v), asInts(a.v), k))};
+    } else {
+        return shuffle(a, b, [](int i) { return k + i; });
+    }
+}
+
 // The lower and the upper half, and both put together.
 template <Lane T, int N>
 [[gnu::always_inline]] inline Vec<T, N / 2> low(Vec<T, N> a) {

@@ -60,6 +60,10 @@ V vectorOp(LaneOp op, V a, V b, V c, T scalar, T scalar2) {
             return subAdd(a, b);
         case LaneOp::ComplexMul:
             return simd::complexMul(a, b);
+        case LaneOp::LanesFromFirst:
+            return simd::lanesFrom<1>(a, b);
+        case LaneOp::LanesFromMiddle:
+            return simd::lanesFrom<V::lanes / 2>(a, b);
         case LaneOp::BroadcastPair:
             return V::broadcastPair(scalar, scalar2);
         default:

@@ -30,6 +30,8 @@ enum class LaneOp {
     SwapPairs,
     SubAdd,
     ComplexMul,
+    LanesFromFirst,
+    LanesFromMiddle,
     BroadcastPair,
     Zero,
     AlignedCopy,

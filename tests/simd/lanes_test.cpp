@@ -57,7 +57,7 @@ bool same(T x, T y) {
 }
 
 template <class T>
-T reference(LaneOp op, const T* a, const T* b, const T* c, int n) {
+T reference(LaneOp op, const T* a, const T* b, const T* c, int n, int lanes) {
     using B = Bits<T>;
     const auto bitwise = [&](B x) { return std::bit_cast<T>(x); };
     const B bitsA = bitsOf(a[n]), bitsB = bitsOf(b[n]);
@@ -111,6 +111,10 @@ T reference(LaneOp op, const T* a, const T* b, const T* c, int n) {
             const T re = a[even] * b[even], im = a[odd] * b[odd];
             return n == even ? re - im : a[odd] * b[even] + a[even] * b[odd];
         }
+        case LaneOp::LanesFromFirst:
+            return n + 1 < lanes ? a[n + 1] : b[n + 1 - lanes];
+        case LaneOp::LanesFromMiddle:
+            return n < lanes / 2 ? a[n + lanes / 2] : b[n - lanes / 2];
         case LaneOp::BroadcastPair:
             return b[n & 1];
         case LaneOp::AlignedCopy:
@@ -179,7 +183,7 @@ TEST_P(SimdLanes, OperationsGiveScalarResults) {
                 Lanes<T> out;
                 kernels.apply(op, a.v, b.v, c.v, out.v);
                 for (int n = 0; n < kernels.lanes; ++n) {
-                    const T expected = reference(op, a.v, b.v, c.v, n);
+                    const T expected = reference(op, a.v, b.v, c.v, n, kernels.lanes);
                     ASSERT_TRUE(same(out.v[n], expected))
                         << "op " << i << " lane " << n << " of " << kernels.lanes << ": " << a.v[n]
                         << ", " << b.v[n] << " gave " << out.v[n] << ", not " << expected;

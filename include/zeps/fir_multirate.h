@@ -9,11 +9,13 @@
  * The states made here are filtered and released by the functions of zeps/fir.h: zepsFIR_32f,
  * zepsFIR_32f_I, zepsFIRFree_32f and their complex companions. One call takes numIters*downFactor
  * samples and gives numIters*upFactor, so that every call begins in the same phase: a stream may be
- * cut into calls anywhere, and finite results do not depend on the cuts by a single bit. In place,
- * samples behind the results stay as they were, and where upFactor is above downFactor, or above
- * 4096, the call allocates a copy of its input: zepStsMemAllocErr, with data and state untouched,
- * if that fails. Sums are in single precision, in the order of the inputs; a NaN or an infinity may
- * also reach outputs beside those whose sums contain it.
+ * cut into calls anywhere. With upFactor above 1 finite results do not depend on the cuts by a
+ * single bit; plain decimations take their sums in an order that may differ with the length of the
+ * call, and agree within the rounding of a sum of tapsLen products. In place, samples behind the
+ * results stay as they were, and where upFactor is above downFactor, or above 4096, the call
+ * allocates a copy of its input: zepStsMemAllocErr, with data and state untouched, if that fails.
+ * Sums are in single precision; a NaN or an infinity may also reach outputs beside those whose sums
+ * contain it.
  *
  * Source: R. E. Crochiere and L. R. Rabiner, Multirate Digital Signal Processing, 1983 (polyphase
  * structures).

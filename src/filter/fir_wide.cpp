@@ -1,6 +1,7 @@
 #include "filter/fir_wide.h"
 
 #include "core/checks.h"
+#include "filter/output_rows.h"
 #include "simd/complex.h"
 #include "simd/unroll.h"
 #include "transform/fft_routes.h"
@@ -13,7 +14,8 @@ using Index = std::ptrdiff_t;
 using V = simd::Native<double>;
 using F = simd::Vec<float, 2 * V::lanes>;
 
-constexpr Index kBlock = 4096;
+// Samples that are widened at a time; they stay in the first cache.
+constexpr Index kBlock = 1024;
 constexpr Index kMinFftTaps = 64, kMinFftLen = 512;
 // What the last vectors may read or write behind an array.
 constexpr Index kSlack = 4 * V::lanes;
@@ -27,43 +29,13 @@ int fftOrder(Index taps) {
 
 double* line(const ZepFIRState& state) { return static_cast<double*>(state.pDlyLine); }
 
-// Outputs from n on, in kCount pairs of vectors; x[0] meets the last tap in output 0.
-template <int kCount>
-[[gnu::always_inline]] inline void sums(const double* x, const double* reversed, Index taps,
-                                        F (&results)[kCount]) {
-    V lo[kCount], hi[kCount];
-    simd::unroll<kCount>([&](auto k) __attribute__((always_inline)) { lo[k] = hi[k] = V::zero(); });
-    for (Index i = 0; i < taps; ++i, ++x) {
-        const V tap = V::broadcast(reversed[i]);
-        simd::unroll<kCount>([&](auto k) __attribute__((always_inline)) {
-            lo[k] = mulAdd(tap, V::load(x + F::lanes * k), lo[k]);
-            hi[k] = mulAdd(tap, V::load(x + F::lanes * k + V::lanes), hi[k]);
-        });
-    }
-    simd::unroll<kCount>([&](auto k)
-                             __attribute__((always_inline)) { results[k] = narrow(lo[k], hi[k]); });
-}
-
 void filterDirect(const ZepFIRState& state, float* dst, Index len) {
-    constexpr Index kCount = 4;
     const auto* reversed = static_cast<const double*>(state.pTapsRev);
     const double* x = line(state) + 1;
-    Index n = 0;
-    for (; n + kCount * F::lanes <= len; n += kCount * F::lanes) {
-        F results[kCount];
-        sums(x + n, reversed, state.tapsLen, results);
-        simd::unroll<kCount>([&](auto k) __attribute__((always_inline)) {
-            results[k].store(dst + n + F::lanes * k);
-        });
-    }
-    for (; n < len; n += F::lanes) {
-        F results[1];
-        sums(x + n, reversed, state.tapsLen, results);
-        if (len - n >= F::lanes)
-            results[0].store(dst + n);
-        else
-            results[0].storePartial(dst + n, static_cast<int>(len - n));
-    }
+    const auto add = [&](auto& sums, Index n) __attribute__((always_inline)) {
+        sums.add({reversed, x + n, state.tapsLen});
+    };
+    OutputRows<DoubleSums, decltype(add)>(add).run(dst, len);
 }
 
 // Real taps filter both parts of a complex signal alike, so one complex transform takes two blocks.

@@ -12,6 +12,7 @@
 
 #include "core/checks.h"
 #include "filter/fir_record.h"
+#include "filter/polyphase_sorted.h"
 #include "filter/polyphase_sums.h"
 
 namespace zep::ZEP_VARIANT::filter {
@@ -91,7 +92,7 @@ struct Layout {
         const Index lines = D + ((kGroup - 1) * rates.down + rates.up - 1) / rates.up;
         const Index padded = (D + kRow - 1) / kRow * kRow;
         // In sums of one vector for an output: those of a row, and what adding up its lanes costs.
-        constexpr Index kAddingUp = 2, kCachedLines = 4096;
+        constexpr Index kAddingUp = 2, kCachedLines = 16384;
         const bool dense =
             lines <= kGroup * (padded / kRow + kAddingUp) &&
             (groups <= kCachedLines / (lines < kCachedLines ? lines : kCachedLines) || groups == 1);
@@ -130,24 +131,48 @@ inline void buildTables(ZepFIRState& state, const Rates& rates, const typename S
     }
 }
 
+// Tap j of stream s meets the input j periods and s places behind the first one.
+template <class Sums>
+inline void buildSortedTaps(ZepFIRState& state, Index K) {
+    constexpr Index kParts = Sums::parts;
+    const auto* reversed = static_cast<const typename Sums::Tap*>(state.pTapsRev);
+    auto* table = static_cast<typename Sums::Tap*>(state.pTapsTable);
+    for (Index s = 0; s < state.downFactor; ++s)
+        for (Index j = 0; j < K; ++j, table += kParts) {
+            const Index k = j * state.downFactor + s;
+            for (Index part = 0; part < kParts && k < state.tapsLen; ++part)
+                table[part] = reversed[kParts * k + part];
+        }
+}
+
 // A multi-rate state; null if memory is short.
 template <class Sums>
 inline ZepFIRState* createMultirate(FirKinds kind, int kernelKind, const Rates& rates,
                                     const typename Sums::Tap* taps, const float* delayLine) {
     using Tap = typename Sums::Tap;
-    constexpr Index kParts = Sums::parts, kBlock = 4096;
+    constexpr Index kParts = Sums::parts, kBlock = 4096, kSlack = 16;
     const bool complex = kParts == 2;
     const Index rowLen = rowLenOf(rates, kernelKind, complex);
     const Split split = splitOf(rates, complex ? rates.history() : rowLen);
-    const auto layout = Layout<Sums>::of(rates);
+    const auto sizes = SortedSizes<Sums>::of(rates.taps, rates.up, rates.down);
+    const bool sorted = sizes.length > 0;
+    auto layout = Layout<Sums>::of(rates);
+    if (sorted) layout = {0, 0, sizes.taps, sizes.taps * rates.down * kParts};
+    // Sorting reads vectors of periods, and a few outputs are all made from the delay line.
+    const Index behind = sorted ? 2 * SortedSizes<Sums>::kVector * rates.down + kSlack : 0;
     BlockPlan plan;
     const auto scalars = [](Index count) { return static_cast<std::size_t>(kParts * count); };
-    const std::size_t reversed = plan.add(scalars(rates.taps), sizeof(Tap));
-    const std::size_t line = plan.add(scalars(split.history + 1 + split.splitCount), sizeof(float));
+    // In whole rows.
+    const Index padded = (rates.taps + Sums::row - 1) / Sums::row * Sums::row;
+    const std::size_t reversed = plan.add(scalars(padded), sizeof(Tap));
+    const std::size_t line =
+        plan.add(scalars(split.history + 1 + split.splitCount + behind), sizeof(float));
     const std::size_t table = plan.add(static_cast<std::size_t>(layout.table), sizeof(Tap));
     const std::size_t phases =
         plan.add(static_cast<std::size_t>(layout.entries), sizeof(std::int32_t));
     const std::size_t block = plan.add(scalars(kBlock), sizeof(float));
+    const std::size_t streams = plan.add(static_cast<std::size_t>((rates.down + 1) * sizes.length),
+                                         sizeof(typename SortedOf<Sums>::Stream));
     char* memory = plan.allocate();
     if (memory == nullptr) return nullptr;
     auto* state = reinterpret_cast<ZepFIRState*>(memory);
@@ -172,7 +197,14 @@ inline ZepFIRState* createMultirate(FirKinds kind, int kernelKind, const Rates& 
     storeReversed<kParts>(static_cast<Tap*>(state->pTapsRev), taps, rates.taps);
     if (delayLine != nullptr)
         storeReversed<kParts>(static_cast<float*>(state->pDlyLine), delayLine, split.history);
-    buildTables<Sums>(*state, rates, taps, layout);
+    if (sorted) {
+        state->pSorted = memory + streams;
+        state->sortedLen = static_cast<std::int32_t>(sizes.length);
+        state->sortedOutputs = static_cast<std::int32_t>(sizes.bunch);
+        buildSortedTaps<Sums>(*state, sizes.taps);
+    } else {
+        buildTables<Sums>(*state, rates, taps, layout);
+    }
     state->ownsMemory = 1;
     return state;
 }

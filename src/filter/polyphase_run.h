@@ -159,6 +159,38 @@ template <class Sums>
     for (; numOut > 0; --numOut, dst += Sums::parts) rows.template outputs<1>(dst);
 }
 
+// Outputs of a state that sorts its inputs, too few for that; x is position 0.
+template <class Sums>
+inline void decimateFew(const ZepFIRState& state, const float* x, float* dst, Index numOut) {
+    const auto* row = static_cast<const typename Sums::Tap*>(state.pTapsRev);
+    const Index step = Sums::parts * Index{state.downFactor};
+    x += Sums::parts * (state.downPhase + 1);
+    for (; numOut >= 4; numOut -= 4, x += 4 * step, dst += 4 * Sums::parts)
+        addRows<Sums, 4>({row, row, row, row}, {x, x + step, x + 2 * step, x + 3 * step},
+                         state.tapsLen, dst);
+    for (; numOut > 0; --numOut, x += step, dst += Sums::parts)
+        addRows<Sums, 1>({row}, {x}, state.tapsLen, dst);
+}
+
+// With a state that sorts its inputs.
+template <class Sums>
+void decimate(ZepFIRState& state, const float* src, float* dst, Index numIters) {
+    constexpr Index kParts = Sums::parts;
+    const Index numIn = numIters * state.downFactor, D = state.dlyLineLen;
+    auto* line = static_cast<float*>(state.pDlyLine);
+    const bool few = numIters < SortedFilter<Sums>::few(state.rowLen);
+    const bool all = few || numIn <= state.splitCount;
+    copyFew(line + kParts * D, src, kParts * (all ? numIn : state.splitCount));
+    if (few) {
+        decimateFew<Sums>(state, line, dst, numIters);
+    } else {
+        // Position 0 meets no output.
+        const Index start = state.downPhase + 1;
+        SortedFilter<Sums>(state).run(line + kParts * start, D - start, src, numIn, dst, numIters);
+    }
+    copyFew(line, all ? line + kParts * numIn : src + kParts * (numIn - D), kParts * D);
+}
+
 // numIters * downFactor samples to numIters * upFactor samples; the arrays do not overlap.
 template <class Sums>
 void filterMultirate(ZepFIRState& state, const float* src, float* dst, Index numIters) {
@@ -168,6 +200,7 @@ void filterMultirate(ZepFIRState& state, const float* src, float* dst, Index num
     const Index D = state.dlyLineLen;
     auto* line = static_cast<float*>(state.pDlyLine);
     state.dlyLineIndex = 0;
+    if (state.pSorted != nullptr) return decimate<Sums>(state, src, dst, numIters);
     if (state.kernelKind == 2 ? numIn < state.splitCount : numIn <= state.splitCount) {
         __builtin_memcpy(line + kParts * D, src, kBytes * static_cast<std::size_t>(numIn));
         runOutputs<Sums>(state, line, D + numIn, dst, numOut);

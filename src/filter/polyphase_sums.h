@@ -5,7 +5,7 @@
 // adding up across lanes. Dot: lanes are consecutive taps of one output.
 //
 // Every output is one chain of additions in the order of its inputs, whatever group it falls into:
-// cutting a stream changes no bit of finite results.
+// cutting such a stream changes no bit of finite results.
 #pragma once
 
 #include "simd/complex.h"

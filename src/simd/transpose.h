@@ -65,7 +65,7 @@ namespace detail {
 // Q registers of pieces into Q rows of the result.
 template <class V, class T, class Put>
 [[gnu::always_inline]] inline void finishRows(const V* x, Rows<T> dst, Put put) {
-    if constexpr (sizeof(T) == 4) {
+    if constexpr (sizeof(typename V::Scalar) == 4) {
         const auto y = Four<V>{x[0], x[1], x[2], x[3]}.deal().deal();
         put(y.a, dst.at(0, 0));
         put(y.b, dst.at(1, 0));
@@ -103,6 +103,22 @@ template <class V>
 }
 
 }  // namespace detail
+
+// The first 16 bytes of as many rows as V has lanes, into as many rows of one vector as there are
+// elements in them. put(vector, address) stores a row of the result.
+template <class V, class T, class To, class Put>
+[[gnu::always_inline]] inline void transposeStrip(Rows<const T> src, Rows<To> dst, Put put) {
+    constexpr int Q = 16 / int{sizeof(T)}, kPieces = V::bytes / 16;
+    Rows<const T> parts[kPieces];
+    unroll<kPieces>([&](auto k) __attribute__((always_inline)) {
+        parts[k] = detail::startingAt(src, k * Q);
+    });
+    V x[Q];
+    unroll<Q>([&](auto row) __attribute__((always_inline)) {
+        x[row] = detail::collect<V, 0>(parts, row, 0);
+    });
+    detail::finishRows(x, dst, put);
+}
 
 // put(vector, address) stores a row of the result.
 template <class V, class T, class Put>

@@ -51,8 +51,13 @@ struct Stream {
         return Calls::create(&state, h.data(), r.taps, r.up, r.upPhase, r.down, r.downPhase,
                              past.empty() ? nullptr : past.data());
     }
-    void judge(const T* at, long q) const {
-        Wide want = 0;
+    // Output q, and what one of ours may differ from it.
+    struct Expected {
+        Wide value = 0;
+        double bound = 0;
+    };
+    Expected expected(long q) const {
+        Expected want;
         double magnitude = 0;
         const long target = q * r.down + r.downPhase - r.upPhase;
         for (long k = 0; k < r.taps; ++k) {
@@ -61,13 +66,17 @@ struct Stream {
             if (i < 0 && past.empty()) continue;
             const auto product = wide(h[std::size_t(k)]) *
                                  wide(i >= 0 ? x[std::size_t(i)] : past[std::size_t(-i - 1)]);
-            want += product;
+            want.value += product;
             magnitude += 1.5 * std::abs(product);
         }
+        want.bound = (2 * Calls::products * r.history() + 8) * 0x1p-24 * magnitude;
+        return want;
+    }
+    void judge(const T* at, long q) const {
         T got;
         std::memcpy(&got, at, sizeof got);
-        const double bound = (2 * Calls::products * r.history() + 8) * 0x1p-24 * magnitude;
-        ASSERT_LE(std::abs(wide(got) - want), bound) << "output " << q << ' ' << r;
+        const Expected want = expected(q);
+        ASSERT_LE(std::abs(wide(got) - want.value), want.bound) << "output " << q << ' ' << r;
     }
 };
 
@@ -147,23 +156,57 @@ TEST_P(FirMultirate, FollowsTheDefinitionAroundTheSplit) {
         }
 }
 
-TEST_P(FirMultirate, GivesTheSameBitsHoweverTheStreamIsCut) {
-    for (const Rates r : {Rates{37, 4, 3, 3, 1}, Rates{64, 1, 0, 5, 4}, Rates{20, 7, 0, 1, 0},
-                          Rates{5, 3, 1, 70, 2}}) {
-        constexpr int kSteps = 300;
-        Stream<Calls32f> whole(r, kSteps, false);
-        std::vector<float> once(std::size_t(kSteps * r.up)), piecewise(once.size());
-        ASSERT_EQ(zepsFIR_32f(whole.x.data(), once.data(), kSteps, whole.state), zepStsNoErr);
-        ASSERT_EQ(zepsFIRFree_32f(whole.state), zepStsNoErr);
-        ASSERT_EQ(whole.make(), zepStsNoErr);
-        for (int done = 0; done < kSteps;) {
-            const int n = std::min(kSteps - done, 1 + static_cast<int>(rng()() % 60));
-            ASSERT_EQ(zepsFIR_32f(whole.x.data() + done * r.down, piecewise.data() + done * r.up, n,
-                                  whole.state),
-                      zepStsNoErr);
-            done += n;
+// The whole stream and the same in pieces of up to `most` steps: output by output.
+void cutStream(const Rates& r, int steps, int most, auto compare) {
+    Stream<Calls32f> whole(r, steps, false);
+    std::vector<float> once(std::size_t(steps * r.up)), piecewise(once.size());
+    ASSERT_EQ(zepsFIR_32f(whole.x.data(), once.data(), steps, whole.state), zepStsNoErr);
+    ASSERT_EQ(zepsFIRFree_32f(whole.state), zepStsNoErr);
+    ASSERT_EQ(whole.make(), zepStsNoErr);
+    for (int done = 0; done < steps;) {
+        const int n = std::min(steps - done, draw(most));
+        ASSERT_EQ(zepsFIR_32f(whole.x.data() + done * r.down, piecewise.data() + done * r.up, n,
+                              whole.state),
+                  zepStsNoErr);
+        done += n;
+    }
+    for (std::size_t q = 0; q < once.size(); ++q)
+        compare(piecewise[q], once[q], whole.expected(long(q)).bound);
+}
+
+TEST_P(FirMultirate, GivesTheSameBitsHoweverAStreamWithMoreThanOneOutputAStepIsCut) {
+    for (const Rates r : {Rates{37, 4, 3, 3, 1}, Rates{20, 7, 0, 1, 0}, Rates{5, 3, 1, 70, 2}}) {
+        cutStream(r, 300, 60, [](float cut, float once, double) { ASSERT_EQ(cut, once); });
+        if (HasFatalFailure()) return;
+    }
+}
+
+// The sums of a plain decimation begin elsewhere in a longer call: either is within its bound.
+TEST_P(FirMultirate, GivesTheSameOutputsWithinRoundingHoweverADecimatedStreamIsCut) {
+    for (const Rates r : {Rates{64, 1, 0, 5, 4}, Rates{64, 1, 0, 4, 0}, Rates{33, 1, 0, 2, 1},
+                          Rates{40, 1, 0, 3, 2}, Rates{700, 1, 0, 50, 7}})
+        for (const int most : {7, 60, 2500}) {
+            cutStream(r, 3000, most, [](float cut, float once, double bound) {
+                ASSERT_NEAR(cut, once, 2 * bound);
+            });
+            if (HasFatalFailure()) return;
         }
-        EXPECT_EQ(piecewise, once);
+}
+
+// Bunches of sorted inputs: one output less and more than a bunch, and more than two of them, behind
+// histories of no, one and several periods, with a last period of which one sample is there.
+TEST_P(FirMultirate, FollowsTheDefinitionInDecimationsOfManyLengths) {
+    for (const int down : {2, 3, 4, 5, 8, 9, 17, 50, 147})
+        for (const int taps : {down, down + 1, 3 * down - 1, 16 * down})
+            for (const int phase : {0, down - 1}) {
+                const int steps = 40000 / (down * 16);
+                checkBoth({taps, 1, 0, down, phase}, {1, steps, 3, draw(64), 17}, phase == 0);
+                if (HasFatalFailure()) return;
+            }
+    for (const int steps : {895, 896, 897, 1023, 1024, 1025, 2100}) {
+        checkBoth({64, 1, 0, 4, 3}, {steps, 2, 30}, true);
+        checkBoth({30, 1, 0, 2, 1}, {steps, steps}, true);
+        if (HasFatalFailure()) return;
     }
 }
 

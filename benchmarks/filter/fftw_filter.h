@@ -14,25 +14,37 @@
 
 namespace zep::bench {
 
-using Plan = FftwPlan<Zep32f>;
-
 // What differs by sample type: N samples have `bins(N)` values in their spectrum.
 template <class T>
-struct Spectra;
-template <>
-struct Spectra<Zep32f> {
+struct RealSpectra {
+    using Plan = FftwPlan<T>;
+    using Bin = typename Fftw<T>::Element;
     static constexpr auto forward = Plan::real, inverse = Plan::realInverse;
     static constexpr int bins(int N) { return N / 2 + 1; }
 };
+template <class T>
+struct Spectra;
+template <>
+struct Spectra<Zep32f> : RealSpectra<Zep32f> {
+    static constexpr auto multiply = &FilterLoops::multiply;
+};
+template <>
+struct Spectra<Zep64f> : RealSpectra<Zep64f> {
+    static constexpr auto multiply = &FilterLoops::multiplyDouble;
+};
 template <>
 struct Spectra<Zep32fc> {
+    using Plan = FftwPlan<Zep32f>;
+    using Bin = Zep32fc;
     static constexpr auto forward = Plan::complex, inverse = Plan::complexInverse;
+    static constexpr auto multiply = &FilterLoops::multiply;
     static constexpr int bins(int N) { return N; }
 };
 
 // Both directions at 2^order points, one pair for all rows.
 template <class T>
 struct FftwPair {
+    using Plan = typename Spectra<T>::Plan;
     Plan forward, inverse;
     explicit FftwPair(int order)
         : forward(Spectra<T>::forward, 1 << order), inverse(Spectra<T>::inverse, 1 << order) {}
@@ -50,6 +62,9 @@ inline int orderAtLeast(std::int64_t n) {
 
 template <class T>
 class FftwBlock {
+    using Bin = typename Spectra<T>::Bin;
+    using Part = decltype(Bin::re);
+
 public:
     explicit FftwBlock(int order)
         : N(1 << order),
@@ -62,7 +77,7 @@ public:
     void keep(const T* src, int count, bool divide) {
         load(src, count);
         plans_.forward.run(samples.data(), saved_.data());
-        const float factor = divide ? 1.0f / static_cast<float>(N) : 1.0f;
+        const Part factor = divide ? 1 / static_cast<Part>(N) : 1;
         for (int k = 0; k < bins(); ++k)
             saved_[static_cast<std::size_t>(k)] = {saved_[static_cast<std::size_t>(k)].re * factor,
                                                    saved_[static_cast<std::size_t>(k)].im * factor};
@@ -72,7 +87,7 @@ public:
         std::copy_n(src, count, samples.begin() + at);
         std::fill(samples.begin() + at + count, samples.begin() + N, T{});
     }
-    void convolve() { combine(native::filterLoops.multiply, saved_); }
+    void convolve() { combine(native::filterLoops.*Spectra<T>::multiply, saved_); }
     void correlate() { combine(native::filterLoops.multiplyConjugate, saved_); }
     // With itself; undivided.
     void autocorrelate() {
@@ -86,14 +101,14 @@ public:
 
 private:
     int bins() const { return Spectra<T>::bins(N); }
-    void combine(void (*multiply)(const Zep32fc*, Zep32fc*, int), AlignedArray<Zep32fc>& h) {
+    void combine(void (*multiply)(const Bin*, Bin*, int), AlignedArray<Bin>& h) {
         plans_.forward.run(samples.data(), spectrum_.data());
         multiply(h.data(), spectrum_.data(), bins());
         plans_.inverse.run(spectrum_.data(), samples.data());
     }
 
     const FftwPair<T>& plans_;
-    AlignedArray<Zep32fc> spectrum_, saved_;
+    AlignedArray<Bin> spectrum_, saved_;
 };
 
 // y[i] = sum over j of taps[j] * x[i - j], x readable from taps-1 elements before on.

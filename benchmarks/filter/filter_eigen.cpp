@@ -20,8 +20,20 @@ void correlate(const Zep32f* a, const Zep32f* b, int len, Zep32f* y, int n) {
     for (int k = 0; k < n; ++k) y[k] = first.head(len - k).dot(second.tail(len - k));
 }
 
+void correlateComplex(const Zep32fc* a, const Zep32fc* b, int len, Zep32fc* y, int n) {
+    using Complex = Eigen::Map<const Eigen::VectorXcf>;
+    using Value = std::complex<float>;
+    const Complex first(reinterpret_cast<const Value*>(a), len),
+        second(reinterpret_cast<const Value*>(b), len);
+    // dot conjugates its first factor.
+    for (int k = 0; k < n; ++k) {
+        const Value sum = first.head(len - k).dot(second.tail(len - k));
+        y[k] = {sum.real(), sum.imag()};
+    }
+}
+
 }  // namespace
 
-extern constexpr FilterEigen filterEigen{convolve, correlate};
+extern constexpr FilterEigen filterEigen{convolve, correlate, correlateComplex};
 
 }  // namespace zep::bench::ZEP_PEER_LEVEL

@@ -65,7 +65,8 @@ void blockComplex(const Zep32fc* h, int taps, const Zep32fc* x, Zep32fc* __restr
     plainComplex(h, taps, x + i, y + i, n - i);
 }
 
-void multiply(const Zep32fc* h, Zep32fc* __restrict x, int n) {
+template <class T>
+void multiply(const T* h, T* __restrict x, int n) {
     for (int i = 0; i < n; ++i)
         x[i] = {h[i].re * x[i].re - h[i].im * x[i].im, h[i].re * x[i].im + h[i].im * x[i].re};
 }
@@ -74,9 +75,24 @@ void multiplyConjugate(const Zep32fc* h, Zep32fc* x, int n) {
         x[i] = {h[i].re * x[i].re + h[i].im * x[i].im, h[i].re * x[i].im - h[i].im * x[i].re};
 }
 
+void widen16(const Zep16s* x, Zep32f* __restrict y, int n) {
+    for (int i = 0; i < n; ++i) y[i] = x[i];
+}
+// Adding 1.5 * 2^23 rounds to the nearest integer.
+void narrow16(const Zep32f* x, Zep16s* __restrict y, int n, float scale) {
+    for (int i = 0; i < n; ++i) {
+        float v = x[i] * scale;
+        v = v < -32768.0f ? -32768.0f : v;
+        v = v > 32767.0f ? 32767.0f : v;
+        y[i] = static_cast<Zep16s>(static_cast<int>((v + 12582912.0f) - 12582912.0f));
+    }
+}
+
 }  // namespace
 
-extern constexpr FilterLoops filterLoops{plain,        block<32>, block<64>,        plainComplex,
-                                         blockComplex, multiply,  multiplyConjugate};
+extern constexpr FilterLoops filterLoops{
+    plain,        block<32>,         block<64>,         plainComplex,
+    blockComplex, multiply<Zep32fc>, multiplyConjugate, multiply<Zep64fc>,
+    widen16,      narrow16};
 
 }  // namespace zep::bench::ZEP_PEER_LEVEL

@@ -18,6 +18,10 @@ struct FilterLoops {
     // Bins of two spectra: x *= h, x = x * conj(h).
     void (*multiply)(const Zep32fc* h, Zep32fc* x, int n);
     void (*multiplyConjugate)(const Zep32fc* h, Zep32fc* x, int n);
+    void (*multiplyDouble)(const Zep64fc* h, Zep64fc* x, int n);
+    // Between 16-bit samples and floats; times a scale, rounded and saturated.
+    void (*widen16)(const Zep16s* x, Zep32f* y, int n);
+    void (*narrow16)(const Zep32f* x, Zep16s* y, int n, float scale);
 };
 ZEP_PEER_TABLE(FilterLoops, filterLoops)
 
@@ -26,6 +30,7 @@ struct FilterEigen {
     void (*convolve)(const Zep32f* a, int aLen, const Zep32f* b, int bLen, Zep32f* y);
     // Lags 0 .. n-1 of b against a, both of one length.
     void (*correlate)(const Zep32f* a, const Zep32f* b, int len, Zep32f* y, int n);
+    void (*correlateComplex)(const Zep32fc* a, const Zep32fc* b, int len, Zep32fc* y, int n);
 };
 ZEP_PEER_TABLE(FilterEigen, filterEigen)
 

@@ -1,69 +1,81 @@
-// Rational rate changes: families mr_<up>_<down>_<taps>, a row's size is the count of inputs. Of the
-// peers libsamplerate alone computes another filter (its shortest windowed sinc); it is there for scale.
+// Rational rate changes: families mr_<up>_<down>_<taps> and mrc_... of complex samples and taps, a
+// row's size is the count of inputs. Of the peers libsamplerate alone computes another filter (its
+// shortest windowed sinc); it is there for scale.
 #include <liquid/liquid.h>
 #include <samplerate.h>
 
-#include "filter/checked_rows.h"
-#include "filter/multirate_loops.h"
+#include "filter/multirate_data.h"
 #include "zeps.h"
 
 namespace zep::bench {
 namespace {
 
-struct Rates {
-    int up, down, taps, periods;
-};
-constexpr Rates kRates[] = {{1, 4, 64, 8192},      {4, 1, 64, 32768}, {3, 2, 72, 16384},
-                            {160, 147, 3200, 222}, {1, 4, 64, 64},    {4, 1, 64, 256},
-                            {3, 2, 72, 128}};
+constexpr Rates kRates[] = {{1, 4, 64, 8192},  {4, 1, 64, 32768},     {3, 2, 72, 16384},
+                            {2, 3, 72, 10922}, {160, 147, 3200, 222}, {147, 160, 2940, 204},
+                            {1, 4, 64, 64},    {4, 1, 64, 256},       {3, 2, 72, 128}};
+constexpr Rates kComplexRates[] = {{1, 4, 64, 8192}, {4, 1, 64, 32768}, {3, 2, 72, 16384},
+                                   {1, 4, 64, 64},   {4, 1, 64, 256},   {3, 2, 72, 128}};
 
-struct Data {
-    AlignedArray<Zep32f> taps, line, rows, room;
-    Rates r;
-    Polyphase filter;
-    explicit Data(Rates rates)
-        : taps(std::size_t(rates.taps)),
-          line(std::size_t(rates.taps + rates.down * rates.periods)),
-          rows(std::size_t(rates.up * (rates.taps / rates.up + 16))),
-          room(std::size_t(rates.down) * std::size_t(rates.periods + rates.taps + 128)),
-          r(rates) {
-        fillUniform(taps, -1, 1, 1);
-        fillUniform(line, -1, 1, 2);
-        fillUniform(room, -1, 1, 3);
-        std::fill_n(line.begin(), r.taps, 0.0f);
-        std::fill(rows.begin(), rows.end(), 0.0f);
-        const int K = r.taps / r.up, rowLen = (K + 15) / 16 * 16;
-        filter = {r.up, rates.down, K, rows.data(), rowLen};
-        for (int p = 0; p < r.up; ++p)
-            for (int k = 0; k < K; ++k)
-                rows[std::size_t((p + 1) * rowLen - 1 - k)] =
-                    taps[std::size_t(p * rates.down % r.up + k * r.up)];
-    }
-    Zep32f* x() { return line.data() + r.taps; }
-    int inputs() const { return r.down * r.periods; }
+struct Real {
+    using T = Zep32f;
+    using Liquid = float;
+    static constexpr const char* family = "mr_";
+    static constexpr double operations = 2;  // of a product and its sum
+    static constexpr auto create = zepsFIRMRInitAlloc_32f;
+    static constexpr auto filter = zepsFIR_32f;
+    static constexpr auto release = zepsFIRFree_32f;
+    static constexpr auto decimCreate = firdecim_rrrf_create;
+    static constexpr auto decim = firdecim_rrrf_execute_block;
+    static constexpr auto decimRelease = firdecim_rrrf_destroy;
+    static constexpr auto interpCreate = firinterp_rrrf_create;
+    static constexpr auto interp = firinterp_rrrf_execute_block;
+    static constexpr auto interpRelease = firinterp_rrrf_destroy;
+};
+struct Complex {
+    using T = Zep32fc;
+    using Liquid = liquid_float_complex;
+    static constexpr const char* family = "mrc_";
+    static constexpr double operations = 8;
+    static constexpr auto create = zepsFIRMRInitAlloc_32fc;
+    static constexpr auto filter = zepsFIR_32fc;
+    static constexpr auto release = zepsFIRFree_32fc;
+    static constexpr auto decimCreate = firdecim_cccf_create;
+    static constexpr auto decim = firdecim_cccf_execute_block;
+    static constexpr auto decimRelease = firdecim_cccf_destroy;
+    static constexpr auto interpCreate = firinterp_cccf_create;
+    static constexpr auto interp = firinterp_cccf_execute_block;
+    static constexpr auto interpRelease = firinterp_cccf_destroy;
 };
 
-void addLiquid(const Case<Zep32f>& rows, const std::shared_ptr<Data>& d) {
+// An object of the peer, released with the row.
+template <class Q, class Release>
+auto owned(Q* q, Release release) {
+    return std::shared_ptr<Q>(q, release);
+}
+
+template <class Kind, class T = typename Kind::T>
+void addLiquid(const Case<T>& rows, const std::shared_ptr<RateData<T>>& d) {
+    using L = typename Kind::Liquid;
+    const auto liquid = [](T* p) { return reinterpret_cast<L*>(p); };
     const Rates r = d->r;
     const auto up = static_cast<unsigned>(r.up), down = static_cast<unsigned>(r.down),
                taps = static_cast<unsigned>(r.taps), periods = static_cast<unsigned>(r.periods);
     if (r.up == 1)
         rows.peer("liquid", [=] {
-            const std::shared_ptr<firdecim_rrrf_s> q(
-                firdecim_rrrf_create(down, d->taps.data(), taps), firdecim_rrrf_destroy);
-            return [=](Zep32f* y) { firdecim_rrrf_execute_block(q.get(), d->x(), periods, y); };
+            const auto q =
+                owned(Kind::decimCreate(down, liquid(d->taps.data()), taps), Kind::decimRelease);
+            return [=](T* y) { Kind::decim(q.get(), liquid(d->x()), periods, liquid(y)); };
         });
     else if (r.down == 1)
         rows.peer("liquid", [=] {
-            const std::shared_ptr<firinterp_rrrf_s> q(
-                firinterp_rrrf_create(up, d->taps.data(), taps), firinterp_rrrf_destroy);
-            return [=](Zep32f* y) { firinterp_rrrf_execute_block(q.get(), d->x(), periods, y); };
+            const auto q =
+                owned(Kind::interpCreate(up, liquid(d->taps.data()), taps), Kind::interpRelease);
+            return [=](T* y) { Kind::interp(q.get(), liquid(d->x()), periods, liquid(y)); };
         });
-    else
+    else if constexpr (std::is_same_v<Kind, Real>)
         rows.unlike("liquid", [=] {
-            const std::shared_ptr<rresamp_rrrf_s> q(
-                rresamp_rrrf_create(up, down, taps / (2 * up), d->taps.data()),
-                rresamp_rrrf_destroy);
+            const auto q = owned(rresamp_rrrf_create(up, down, taps / (2 * up), d->taps.data()),
+                                 rresamp_rrrf_destroy);
             return [=](Zep32f* y) {
                 for (unsigned m = 0; m < periods; ++m)
                     rresamp_rrrf_execute(q.get(), d->x() + m * down, y + m * up);
@@ -71,57 +83,62 @@ void addLiquid(const Case<Zep32f>& rows, const std::shared_ptr<Data>& d) {
         });
 }
 
+template <class Kind>
 void addFamily(Rates r) {
-    const auto d = std::make_shared<Data>(r);
-    const int outputs = r.up * r.periods, K = r.taps / r.up;
-    const Case<Zep32f> rows{
-        "mr_" + std::to_string(r.up) + "_" + std::to_string(r.down) + "_" + std::to_string(r.taps),
-        d->inputs(), outputs, 2.0 * K * outputs, [=](int q) {
-            Sum sum;
-            for (int i = 0; i < d->inputs(); ++i) {
-                const int k = q * r.down - i * r.up;
-                if (k >= 0 && k < r.taps) sum.add(d->taps[std::size_t(k)], d->x()[i]);
-            }
-            return sum;
-        }};
+    using T = typename Kind::T;
+    const auto d = std::make_shared<RateData<T>>(r);
+    const Case<T> rows{r.name(Kind::family), r.inputs(), r.outputs(),
+                       Kind::operations * r.products(), [=](int q) { return d->expected(q); }};
     rows.ours([=] {
         ZepFIRState* p = nullptr;
-        zepsFIRMRInitAlloc_32f(&p, d->taps.data(), r.taps, r.up, 0, r.down, 0, nullptr);
-        const std::shared_ptr<ZepFIRState> state(p, zepsFIRFree_32f);
-        return [=](Zep32f* y) { zepsFIR_32f(d->x(), y, r.periods, state.get()); };
+        Kind::create(&p, d->taps.data(), r.taps, r.up, 0, r.down, 0, nullptr);
+        const auto state = owned(p, Kind::release);
+        return [=](T* y) { Kind::filter(d->x(), y, r.periods, state.get()); };
     });
     for (const auto& [level, peers] : peerLevels(ZEP_PEERS(multirateLoops))) {
-        const auto add = [&](const char* form, auto filter) {
+        const auto dots = [&](const char* form, auto filter) {
             rows.peer(form + ("-" + level),
-                      [=] { return [=](Zep32f* y) { filter(d->filter, d->x(), y, r.periods); }; });
+                      [=] { return [=](T* y) { filter(d->filter, d->x(), y, r.periods); }; });
         };
-        add("dots4", peers->dots4);
-        add("dots8", peers->dots8);
-        add("dots16", peers->dots16);
-        rows.peer("phases-" + level, [=, phases = peers->phases] {
-            return [=](Zep32f* y) { phases(d->filter, d->x(), y, r.periods, d->room.data()); };
-        });
+        const auto phases = [&](auto filter) {
+            rows.peer("phases-" + level, [=] {
+                return [=](T* y) { filter(d->filter, d->x(), y, r.periods, d->room.data()); };
+            });
+        };
+        if constexpr (std::is_same_v<Kind, Real>) {
+            dots("dots4", peers->dots4);
+            dots("dots8", peers->dots8);
+            dots("dots16", peers->dots16);
+            phases(peers->phases);
+        } else {
+            dots("dots", peers->dotsComplex);
+            phases(peers->phasesComplex);
+        }
     }
-    addLiquid(rows, d);
-    rows.unlike("samplerate", [=] {
-        int error = 0;
-        const std::shared_ptr<SRC_STATE> state(src_new(SRC_SINC_FASTEST, 1, &error), src_delete);
-        return [=](Zep32f* y) {
-            SRC_DATA data{};
-            data.data_in = d->x();
-            data.data_out = y;
-            data.input_frames = d->inputs();
-            data.output_frames = outputs;
-            data.src_ratio = double(r.up) / r.down;
-            src_process(state.get(), &data);
-        };
-    });
+    addLiquid<Kind>(rows, d);
+    if constexpr (std::is_same_v<Kind, Real>)
+        rows.unlike("samplerate", [=] {
+            int error = 0;
+            const std::shared_ptr<SRC_STATE> state(src_new(SRC_SINC_FASTEST, 1, &error),
+                                                   src_delete);
+            return [=](Zep32f* y) {
+                SRC_DATA data{};
+                data.data_in = d->x();
+                data.data_out = y;
+                data.input_frames = r.inputs();
+                data.output_frames = r.outputs();
+                data.src_ratio = double(r.up) / r.down;
+                src_process(state.get(), &data);
+            };
+        });
 }
 
 }  // namespace
 }  // namespace zep::bench
 
 int main(int argc, char** argv) {
-    for (const auto rates : zep::bench::kRates) zep::bench::addFamily(rates);
-    return zep::bench::runAll(argc, argv);
+    using namespace zep::bench;
+    for (const auto rates : kRates) addFamily<Real>(rates);
+    for (const auto rates : kComplexRates) addFamily<Complex>(rates);
+    return runAll(argc, argv);
 }

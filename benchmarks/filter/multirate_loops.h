@@ -7,12 +7,14 @@
 
 namespace zep::bench {
 
-struct Polyphase {
+template <class Tap>
+struct PolyphaseOf {
     int up, down, K;
     // up rows of K taps, oldest input first, each padded in front with zeros to a multiple of 16.
-    const Zep32f* rows;
+    const Tap* rows;
     int rowLen;
 };
+using Polyphase = PolyphaseOf<Zep32f>;
 
 struct MultirateLoops {
     // One dot product for each output; vectors of 4, 8 or 16 floats.
@@ -22,6 +24,9 @@ struct MultirateLoops {
     // Phase by phase over inputs sorted by their place in the period: `room` holds them, each stream
     // of periods + rowLen elements, and one phase's outputs.
     void (*phases)(const Polyphase& f, const Zep32f* x, Zep32f* y, int periods, Zep32f* room);
+    void (*dotsComplex)(const PolyphaseOf<Zep32fc>& f, const Zep32fc* x, Zep32fc* y, int periods);
+    void (*phasesComplex)(const PolyphaseOf<Zep32fc>& f, const Zep32fc* x, Zep32fc* y, int periods,
+                          Zep32fc* room);
 };
 ZEP_PEER_TABLE(MultirateLoops, multirateLoops)
 

@@ -20,9 +20,12 @@ namespace zep::ZEP_VARIANT::simd {
 template <class V>
 struct SplitComplex {
     using Scalar = typename V::Scalar;
+    using Part = V;
     static constexpr int lanes = V::lanes;
     V re, im;
 
+    // A complex factor of all lanes.
+    static SplitComplex turn(Scalar re, Scalar im) { return {V::broadcast(re), V::broadcast(im)}; }
     // lanes real parts followed by lanes imaginary parts.
     static SplitComplex load(const Scalar* p) { return {V::load(p), V::load(p + lanes)}; }
     void store(Scalar* p) const {

@@ -63,7 +63,7 @@ constexpr Order<N> ascending(const T (&values)[N], int j) {
 // p + sum of a[k] * cos(j*k), k from 1 to (N-1)/2 but for one.
 template <int N, int j, int without = 0, class C>
 [[gnu::always_inline]] inline C addCosines(C p, const C (&a)[(N + 1) / 2]) {
-    using V = decltype(p.re);
+    using V = typename C::Part;
     constexpr auto& cosine = kUnitRoots<typename V::Scalar, N>.cosine;
     constexpr Order<N> order = ascending<N>(cosine, j);
 #pragma GCC unroll 16
@@ -114,7 +114,7 @@ constexpr Products<T> bestProducts(int j) {
 // Bins j and N-j: p -+ i * sum of b[k] * sin(j*k).
 template <Direction D, int N, int j, class C>
 [[gnu::always_inline]] inline void addSines(C p, const C (&b)[(N + 1) / 2], C& low, C& high) {
-    using V = decltype(p.re);
+    using V = typename C::Part;
     using T = typename V::Scalar;
     constexpr Order<N> order = ascending<N>(kUnitRoots<T, N>.sine, j);
     constexpr Products<T> sines = bestProducts<T, N>(j);
@@ -187,7 +187,7 @@ template <Direction D, int A, int B, class C>
 // others: three by three would need rotations, whose errors make up a quarter.
 template <Direction D, class C>
 [[gnu::always_inline]] inline void butterfly9(C (&x)[9]) {
-    using V = decltype(x[0].re);
+    using V = typename C::Part;
     const V minusHalf = V::broadcast(-0.5f);
     const V sine3 = V::broadcast(kUnitRoots<typename V::Scalar, 9>.sine[3]);
     C a[5], b[5];

@@ -137,9 +137,9 @@ ZepStatus planRealOdd(DftObject<float>& spec) {
 }
 
 ZepStatus planRealEven(DftObject<float>& spec) {
-    if (!buildFold(spec)) return zepStsMemAllocErr;
     const int h = spec.len / 2;
-    return h <= kDirectMaxLength ? zepStsNoErr : planPoints(spec, h);
+    if (h <= kDirectMaxLength) return zepStsNoErr;
+    return buildFold(spec) ? planPoints(spec, h) : zepStsMemAllocErr;
 }
 
 template <class Spec>

@@ -46,7 +46,8 @@ template <class Spec>
 ZepStatus bufSize(const Spec* pSpec, int* pBufSize);
 
 // Any length as the object's plan says; scratch begins on a 32-byte boundary. Bins are multiplied by
-// scale, but for the lengths of the power-of-two transform, whose own object says how it scales.
+// scale, but for powers of two, whose own object says how they scale, and for short lengths, whose
+// tables do.
 template <Direction D, class T>
 struct Run {
     // Straight-line code, len 1 to 16.
@@ -60,6 +61,7 @@ struct Run {
     static ZepStatus chirp(const T* src, T* dst, int len, const DftObject<T>& spec, T* scratch,
                            T scale);
 };
+// The same, and even lengths to 30.
 void directReal(const float* src, float* dst, int len, float scale);
 
 }  // namespace zep::ZEP_VARIANT::dft

@@ -1,5 +1,6 @@
 // The last pass of the mixed-radix route, and the run of all of them.
 #include "transform/dft_join.h"
+#include "transform/dft_short.h"
 
 namespace zep::ZEP_VARIANT::dft {
 
@@ -15,9 +16,7 @@ template <Direction D, class T>
 void Passes<D, T>::run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec,
                        T* scratch, T scale) {
     const std::int32_t* radix = spec.digitPermutation;
-    if (isShort(radix))
-        return runShort(src, dst, radix[1], radix[0], spec.factors[spec.lastFactor].twiddles,
-                        scale);
+    if (isShort(radix)) return runShort(src, dst, spec, D);
     int count = 2;
     while (radix[count] != 0) ++count;
     // The passes write the two arrays in turn, the last one dst.

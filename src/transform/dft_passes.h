@@ -81,9 +81,8 @@ struct Passes {
     // One group of radix * s bins, into pairs, times scale.
     static void last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, const T* twiddles,
                      const T* oddTable, T scale);
-    // The two passes of radix * s points, s first; twiddles as tables of short schedules have them.
-    static void runShort(const T* src, T* dst, int radix, int s, const T* twiddles, T scale);
-    // All of them; scratch holds len elements. dst may equal src.
+    // All of them; scratch holds len elements. dst may equal src. Short ones need no scratch, and their
+    // tables hold the scale.
     static void run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec, T* scratch,
                     T scale);
 };

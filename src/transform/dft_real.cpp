@@ -32,29 +32,29 @@ inline void middle(float* z, std::int64_t h, float scale) {
     simd::writeAny(z + h + 1, -simd::readAny(z + h + 1) * scale);
 }
 
-template <class V, bool kScaled>
+using FoldVector = simd::Pairs<Real<float>>;
+static_assert(foldCount(2 * (kDirectMaxLength + 1)) >= FoldVector::lanes);
+
+template <bool kScaled>
 void foldVectors(float* z, std::int64_t h, std::int64_t count, const float* table, float scale) {
-    using C = simd::SplitComplex<V>;
-    constexpr int W = V::lanes;
-    const std::ptrdiff_t vectors = vectorsOf(count, W);
+    using C = FoldVector;
+    constexpr int L = C::lanes;
+    const std::ptrdiff_t vectors = vectorsOf(count, L);
     // In place: the last vector overlaps the one before, so it is read before that is written.
     const auto load = [&](std::ptrdiff_t v, C& a, C& b) {
-        const std::ptrdiff_t k = 1 + vectorBegin(v, count, W);
-        a = loadPairs<V>(z + 2 * k);
-        b = loadPairsReversed<V>(z + 2 * (h - k - W + 1));
+        const std::ptrdiff_t k = 1 + vectorBegin(v, count, L);
+        a = C::load(z + 2 * k);
+        b = reversed(C::load(z + 2 * (h - k - L + 1)));
     };
     const auto store = [&](std::ptrdiff_t v, C a, C b) {
-        const std::ptrdiff_t k = 1 + vectorBegin(v, count, W);
-        const V A = V::load(table + v * 2 * W), B = V::load(table + v * 2 * W + W);
-        const V dr = a.re - b.re, di = a.im + b.im;
-        const V u = mulAdd(B, dr, A * di), w = negMulAdd(A, dr, B * di);
-        C low{b.re + u, w - b.im}, high{a.re - u, w - a.im};
+        const std::ptrdiff_t k = 1 + vectorBegin(v, count, L);
+        foldPair(a, b, C::Turn::of(C::load(table + 2 * (k - 1))));
         if constexpr (kScaled) {
-            low = low * V::broadcast(scale);
-            high = high * V::broadcast(scale);
+            a = a * C::Part::broadcast(scale);
+            b = b * C::Part::broadcast(scale);
         }
-        storePairsReversed<V>(high, z + 2 * (h - k - W + 1));
-        storePairs<V>(low, z + 2 * k);
+        reversed(b).store(z + 2 * (h - k - L + 1));
+        a.store(z + 2 * k);
     };
     C lastA, lastB;
     load(vectors - 1, lastA, lastB);
@@ -72,13 +72,10 @@ void foldReal(float* z, const DftObject<float>& spec, float scale) {
     const std::int64_t h = spec.len / 2, count = foldCount(spec.len);
     endPoints(z, scale);
     middle(z, h, scale);
-    if (count > 0)
-        withColumnVector<float>(count, [&]<class V>(V) {
-            if (scale == 1)
-                foldVectors<V, false>(z, h, count, spec.foldTwiddles, scale);
-            else
-                foldVectors<V, true>(z, h, count, spec.foldTwiddles, scale);
-        });
+    if (scale == 1)
+        foldVectors<false>(z, h, count, spec.foldTwiddles, scale);
+    else
+        foldVectors<true>(z, h, count, spec.foldTwiddles, scale);
 }
 
 namespace {

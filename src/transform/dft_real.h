@@ -12,13 +12,23 @@ namespace zep::ZEP_VARIANT::dft {
 
 // Pairs k and h-k, h = len/2, without the element in the middle, which is its own partner.
 constexpr std::int64_t foldCount(std::int64_t len) { return (len / 2 - 1) / 2; }
-// Whole vectors, never none.
-constexpr std::int64_t foldCapacity(std::int64_t len) {
-    return (foldCount(len) + kLanes<float>) / kLanes<float> * kLanes<float> + kLanes<float>;
+
+// Bins k and h-k of h complex points z become those of 2*h real ones; w is (1 - i exp(-pi*i*k/h)) / 2.
+template <class C>
+[[gnu::always_inline]] inline void foldPair(C& a, C& b, typename C::Turn w) {
+    const C t = fft::rotate<Direction::Forward>(a - conjugate(b), w);
+    const C low = conjugate(b) + t;
+    b = conjugate(a - t);
+    a = low;
+}
+// Bin 0, and bin h in its imaginary part.
+template <class C>
+[[gnu::always_inline]] inline C foldEnds(C z) {
+    return conjugate(z) + exchanged(z);
 }
 
-// From the spectrum of len/2 complex points in z to the packed one of len real points, times scale,
-// in place.
+// From the spectrum of len/2 complex points in z to the packed one of len real points, at least
+// 34, times scale, in place.
 void foldReal(float* z, const DftObject<float>& spec, float scale);
 
 // The mixed-radix route of odd lengths, times scale; scratch holds 2 * len values. dst may equal src.

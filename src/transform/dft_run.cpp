@@ -4,6 +4,7 @@
 #include "transform/dft_odd.h"
 #include "transform/dft_plan.h"
 #include "transform/dft_real.h"
+#include "transform/dft_short.h"
 #include "transform/fft_driver.h"
 
 namespace zep::ZEP_VARIANT::dft {
@@ -45,6 +46,10 @@ inline ZepStatus transform(const Element* pSrc, Element* pDst, const Spec* pSpec
         Run<D, T>::direct(src, dst, len, scale);
         return zepStsNoErr;
     }
+    if (pBuffer != nullptr && runsShort<T>(*pSpec)) {
+        runShort<T>(src, dst, *pSpec, D);
+        return zepStsNoErr;
+    }
     const fft::Scratch scratch(pBuffer, pSpec->workSize);
     if (scratch.missing()) return zepStsMemAllocErr;
     return Run<D, T>::points(src, dst, len, *pSpec, scratch.template as<T>(), scale);
@@ -82,22 +87,23 @@ ZepStatus transformOdd(const float* src, float* dst, const DFTSpecR32f& spec, fl
 ZepStatus transformEven(const float* src, float* dst, const DFTSpecR32f& spec, float* scratch,
                         float scale) {
     using Forward = Run<Direction::Forward, float>;
-    const int h = spec.len / 2;
-    if (h <= kDirectMaxLength) {
-        Forward::direct(src, dst, h, 1.0f);
-    } else if (const ZepStatus s = Forward::points(src, dst, h, spec, scratch, 1);
-               s != zepStsNoErr) {
+    if (const ZepStatus s = Forward::points(src, dst, spec.len / 2, spec, scratch, 1);
+        s != zepStsNoErr)
         return s;
-    }
-    foldReal(dst, spec, scale);
+    foldReal(dst, spec, runsShort<float>(spec) ? 1.0f : scale);
     return zepStsNoErr;
 }
 
 ZepStatus transformReal(const float* src, float* dst, const DFTSpecR32f& spec, Zep8u* buffer) {
     const int len = spec.len;
     const float scale = spec.scaleForward != 0 ? spec.scale : 1.0f;
-    if (len <= kDirectMaxLength) {
+    if (len <= kDirectMaxLength || (len < 2 * kDirectMaxLength && len % 2 == 0)) {
         directReal(src, dst, len, scale);
+        return zepStsNoErr;
+    }
+    if (buffer != nullptr && runsShort<float>(spec)) {
+        runShort<float>(src, dst, spec, Direction::Forward);
+        foldReal(dst, spec, 1);
         return zepStsNoErr;
     }
     const fft::Scratch scratch(buffer, spec.workSize);

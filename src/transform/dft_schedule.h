@@ -15,7 +15,7 @@ struct Schedule {
     std::int32_t radix[kMaxFactors + 2] = {};  // 0 behind the last
 };
 
-// Two passes that a buffer of their own joins (dft_short.cpp).
+// Two passes that a buffer of their own joins (dft_short.h).
 constexpr int kMaxShortRadix = 16;
 constexpr bool isShort(const std::int32_t* radix) {
     return radix[0] <= kMaxShortRadix && radix[1] <= kMaxShortRadix && radix[2] == 0;

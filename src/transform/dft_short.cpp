@@ -1,111 +1,150 @@
-// The mixed-radix route of the shortest lengths: two passes, at most 16 points each, through a
-// buffer of whole vectors. What the second pass loads is what the first one stored, so neither waits
-// for the other's stores.
-#include "transform/dft_join.h"
+// Vectors of the first pass run over the groups, those of the second one over the bins; a
+// transposition in registers is between them. What the second pass loads is what the first one
+// stored, so neither waits for the other's stores.
+#include "transform/dft_short.h"
 
 namespace zep::ZEP_VARIANT::dft {
 namespace {
 
-constexpr int kRows = 16;
-
-// Bins of a group in a row.
+// Elements of a row of bins.
 template <class T>
-constexpr std::ptrdiff_t pitchOf(int radix) {
-    return vectorsOf(radix, kLanes<T>) * kLanes<T>;
+constexpr int pitchOf(int s) {
+    constexpr int L = ShortVector<T>::lanes;
+    return static_cast<int>(vectorsOf(s, L)) * L;
 }
 
-template <int R, class V, class Part>
-[[gnu::always_inline]] inline void storeSquares(Part part, typename V::Scalar* out) {
-    constexpr int W = V::lanes;
-    constexpr std::ptrdiff_t pitch = pitchOf<typename V::Scalar>(R);
-    simd::unroll<vectorsOf(R, W)>([&](auto square) __attribute__((always_inline)) {
-        constexpr int first = square * W;
-        V x[W];
+constexpr int roundedUp(int n, int powerOfTwo) {
+    return (n + powerOfTwo - 1) / powerOfTwo * powerOfTwo;
+}
+constexpr int powerFrom(int n) {
+    int p = 1;
+    while (p < n) p *= 2;
+    return p;
+}
+
+// Bins `from` on of each group to its row.
+template <int from, int R, class C>
+[[gnu::always_inline]] inline void storeBins(const C (&x)[R], typename C::Scalar* rows) {
+    constexpr int L = C::lanes, pitch = roundedUp(R, L);
+    constexpr int width = R - from < L ? powerFrom(R - from) : L;
+    C y[width];
 #pragma GCC unroll 16
-        for (int k = 0; k < W; ++k) x[k] = part(first + k < R ? first + k : first);
-        simd::transpose(x);
-        simd::unroll<W>([&](auto n) __attribute__((always_inline)) {
-            x[simd::elementSlot<V>(n)].storeAligned(out + first + n * pitch);
-        });
+    for (int k = 0; k < width; ++k) y[k] = x[from + k < R ? from + k : from];
+    transposeSquares(y);
+    simd::unroll<L>([&](auto group) __attribute__((always_inline)) {
+        constexpr int first = group / width * width;
+        simd::shiftedDown<first, width>(y[group % width])
+            .storeAligned(rows + 2 * (from + group * pitch));
     });
+    if constexpr (from + L < R) storeBins<from + L>(x, rows);
 }
 
-template <Direction D, int R, class T>
-void firstPass(const T* in, T* rows, int groups) {
-    using V = Real<T>;
-    constexpr int W = V::lanes;
-    constexpr std::ptrdiff_t pitch = pitchOf<T>(R);
-    for (int g = 0; g < groups; g += W) {
-        simd::SplitComplex<V> x[R];
-        if (groups - g >= W) {
+// Point k of a group is at in + 2 * k * groups; step is that of the points as they are read.
+template <int R, class T>
+void firstPass(const T* in, T* rows, int groups, Direction direction) {
+    using C = ShortVector<T>;
+    constexpr int L = C::lanes, pitch = roundedUp(R, L);
+    const bool forward = direction == Direction::Forward;
+    const std::ptrdiff_t step = forward ? 2 * groups : -2 * groups;
+    const std::ptrdiff_t end = forward ? 0 : 2 * R * groups;
+    for (int g = 0; g < groups; g += L) {
+        const T* p = in + 2 * g;
+        C x[R];
+        const auto load = [&](auto one) __attribute__((always_inline)) {
+            x[0] = one(p);
+            p += end;
 #pragma GCC unroll 16
-            for (int k = 0; k < R; ++k)
-                x[k] = simd::loadInterleaved<V>(in + 2 * (g + k * std::ptrdiff_t{groups}));
-        } else {
-#pragma GCC unroll 16
-            for (int k = 0; k < R; ++k)
-                x[k] = simd::loadInterleavedPartial<V>(in + 2 * (g + k * std::ptrdiff_t{groups}),
-                                                       groups - g);
-        }
-        butterfly<D, R>(x);
-        storeSquares<R, V>([&](int k) { return x[k].re; }, rows + g * pitch);
-        storeSquares<R, V>([&](int k) { return x[k].im; }, rows + (kRows + g) * pitch);
+            for (int k = 1; k < R; ++k) {
+                p = simd::madeHere(p + step);
+                x[k] = one(p);
+            }
+        };
+        if (groups - g >= L)
+            load([](const T* q) __attribute__((always_inline)) { return C::load(q); });
+        else
+            load([&](const T* q)
+                     __attribute__((always_inline)) { return C::loadPartial(q, groups - g); });
+        butterfly<Direction::Forward, R>(x);
+        storeBins<0>(x, rows + 2 * g * pitch);
     }
 }
 
 // Vectors in descending order: one that the columns do not fill reaches into the next row of bins,
 // whose first vector is still to come. Only the last row has none behind it.
-template <Direction D, int R, class T>
-void secondPass(const T* rows, T* out, int s, const T* twiddles, T scale) {
-    using V = Real<T>;
-    using C = simd::SplitComplex<V>;
-    constexpr int W = V::lanes;
-    const std::ptrdiff_t pitch = pitchOf<T>(s);
-    const T* end = out + 2 * R * s;
-    const ToPairs<D, T> sink{out, scale};
-    for (std::ptrdiff_t v = vectorsOf(s, W) - 1; v >= 0; --v) {
-        const T* w = twiddles + v * (R - 1) * 2 * W;
-        const T* p = rows + v * W;
+template <int R, class T>
+void secondPass(const T* rows, T* out, int s, Direction direction, const T* factors) {
+    using C = ShortVector<T>;
+    using Turn = typename C::Turn;
+    constexpr int L = C::lanes;
+    const std::ptrdiff_t pitch = 2 * pitchOf<T>(s);
+    const bool forward = direction == Direction::Forward;
+    const std::ptrdiff_t step = forward ? pitch : -pitch;
+    const std::ptrdiff_t end = forward ? 0 : R * pitch;
+    if (!forward) factors += shortFactorScalars<T>(R, s);
+    const auto scale = C::Part::loadAligned(factors);
+    for (int v = static_cast<int>(vectorsOf(s, L)) - 1; v >= 0; --v) {
+        const T* w = factors + 2 * L + v * (R - 1) * 4 * L;
+        const T* p = rows + 2 * v * L;
         C x[R];
+        x[0] = C::loadAligned(p) * scale;
+        p += end;
 #pragma GCC unroll 16
-        for (int k = 0; k < R; ++k) {
-            x[k] = {V::loadAligned(p), V::loadAligned(p + kRows * pitch)};
-            if (k > 0) x[k] = fft::rotate<D>(x[k], C::load(w + (k - 1) * 2 * W));
-            p = simd::madeHere(p + pitch);
+        for (int k = 1; k < R; ++k) {
+            p = simd::madeHere(p + step);
+            x[k] =
+                fft::rotate<Direction::Forward>(C::loadAligned(p), Turn::load(w + (k - 1) * 4 * L));
         }
-        butterfly<D, R>(x);
-        sink.finish(x, R);
-        const int columns = static_cast<int>(s - v * W);
-        T* to = sink.at(v * W);
+        butterfly<Direction::Forward, R>(x);
+        T* to = out + 2 * v * L;
 #pragma GCC unroll 16
-        for (int j = 0; j < R; ++j) {
-            if (columns >= W || (!simd::kMaskedMemory && end - to >= 2 * W))
-                sink.store(x[j], to);
-            else
-                sink.storePartial(x[j], to, columns);
+        for (int j = 0; j < R - 1; ++j) {
+            x[j].store(to);
             to = simd::madeHere(to + 2 * s);
         }
+        const int columns = s - v * L;
+        if (columns >= L)
+            x[R - 1].store(to);
+        else
+            x[R - 1].storePartial(to, columns);
     }
 }
 
+template <class T>
+struct Kernels {
+    void (*first)(const T*, T*, int, Direction);
+    void (*second)(const T*, T*, int, Direction, const T*);
+};
+template <class T, int... R>
+constexpr Kernels<T> kernelOf(int radix, std::integer_sequence<int, R...>) {
+    Kernels<T> k{};
+    ((R + 2 == radix ? void(k = {firstPass<R + 2, T>, secondPass<R + 2, T>}) : void()), ...);
+    return k;
+}
+template <class T>
+struct Table {
+    Kernels<T> of[kMaxShortRadix + 1];
+};
+template <class T>
+constexpr Table<T> makeTable() {
+    Table<T> t{};
+    for (int r = 2; r <= kMaxShortRadix; ++r)
+        t.of[r] = kernelOf<T>(r, std::make_integer_sequence<int, kMaxShortRadix - 1>{});
+    return t;
+}
+template <class T>
+constexpr Table<T> kTable = makeTable<T>();
+
 }  // namespace
 
-template <Direction D, class T>
-void Passes<D, T>::runShort(const T* src, T* dst, int radix, int s, const T* twiddles, T scale) {
-    constexpr int W = kLanes<T>;
-    static_assert(kRows % W == 0);
-    alignas(64) T rows[2 * kRows * kMaxShortRadix];
-    withRadix(s, [&](auto R) {
-        if constexpr (R > 0) firstPass<D, R>(src, rows, radix);
-    });
-    withRadix(radix, [&](auto R) {
-        if constexpr (R > 0) secondPass<D, R>(rows, dst, s, twiddles, scale);
-    });
+template <class T>
+void runShort(const T* src, T* dst, int radix, int s, Direction direction, const T* table) {
+    constexpr int L = ShortVector<T>::lanes;
+    alignas(64) T rows[2 * roundedUp(kMaxShortRadix, L) * roundedUp(kMaxShortRadix, L)];
+    kTable<T>.of[s].first(src, rows, radix, direction);
+    kTable<T>.of[radix].second(rows, dst, s, direction, shortFactors(table));
 }
 
-template struct Passes<Direction::Forward, float>;
-template struct Passes<Direction::Inverse, float>;
-template struct Passes<Direction::Forward, double>;
-template struct Passes<Direction::Inverse, double>;
+template void runShort<float>(const float*, float*, int, int, Direction, const float*);
+template void runShort<double>(const double*, double*, int, int, Direction, const double*);
 
 }  // namespace zep::ZEP_VARIANT::dft

@@ -4,6 +4,7 @@
 #include "transform/dft_odd.h"
 #include "transform/dft_passes.h"
 #include "transform/dft_real.h"
+#include "transform/dft_short.h"
 
 namespace zep::ZEP_VARIANT::dft {
 
@@ -112,10 +113,10 @@ bool buildTwiddles(T*& table, int radix, std::int64_t s, std::int64_t columns,
     return made;
 }
 
-// The same for the columns 0 .. s-1 of a complex pass, whose last vector begins early or, padded,
-// has lanes behind the columns.
+// The same for the columns 0 .. s-1 of a complex pass, whose last vector begins early; where the
+// columns fill none it has lanes behind them.
 template <class T>
-bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, bool padded, const Roots<T>& roots) {
+bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, const Roots<T>& roots) {
     constexpr int W = kLanes<T>;
     const std::int64_t step = roots.length() / (radix * s), vectors = vectorsOf(s, W);
     table = allocate<T>(static_cast<std::size_t>(vectors * (radix - 1) * 2 * W));
@@ -124,7 +125,7 @@ bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, bool padded, const 
     for (std::int64_t v = 0; v < vectors; ++v)
         for (int k = 1; k < radix; ++k, out += 2 * W)
             for (int lane = 0; lane < W; ++lane) {
-                const std::int64_t column = (padded || s < W ? v * W : vectorBegin(v, s, W)) + lane;
+                const std::int64_t column = (s < W ? v * W : vectorBegin(v, s, W)) + lane;
                 const std::int64_t q = column < s ? column : s - 1;
                 out[lane] = roots.re(k * q * step);
                 out[lane + W] = roots.im(k * q * step);
@@ -165,10 +166,10 @@ bool buildOddTables(DftObject<T>& spec, const Factors& factors, const Roots<T>& 
 }
 
 // The order of the passes, and their tables: that of a pass which joins `columns` bins by
-// make(table, radix, columns, short, roots).
+// make(table, radix, columns, roots).
 template <class T, class Make>
-bool buildSchedule(DftObject<T>& spec, int len, const Factors& factors, Make make) {
-    const Schedule schedule = scheduleOf<T>(factors);
+bool buildSchedule(DftObject<T>& spec, int len, const Factors& factors, const Schedule& schedule,
+                   Make make) {
     const auto count = static_cast<std::size_t>(schedule.count);
     const Roots<T> roots(len, rootScale<T>(schedule));
     spec.digitPermutation = allocate<std::int32_t>(count + 1);
@@ -180,9 +181,7 @@ bool buildSchedule(DftObject<T>& spec, int len, const Factors& factors, Make mak
     std::int64_t columns = schedule.radix[0];
     for (int i = 1; i < schedule.count; ++i) {
         const int r = schedule.radix[i];
-        if (!make(spec.factors[factors.count - i].twiddles, r, columns, isShort(schedule.radix),
-                  roots))
-            return false;
+        if (!make(spec.factors[factors.count - i].twiddles, r, columns, roots)) return false;
         columns *= r;
     }
     return true;
@@ -193,17 +192,25 @@ bool buildSchedule(DftObject<T>& spec, int len, const Factors& factors, Make mak
 template <class T>
 bool buildPasses(DftObject<T>& spec, int len, const Factors& factors) {
     fillRecords(spec, len, factors);
-    return buildSchedule(spec, len, factors,
-                         [](T*& table, int r, std::int64_t s, bool padded, const Roots<T>& roots) {
-                             return buildJoinTwiddles(table, r, s, padded, roots);
+    if (const Schedule schedule = shortSchedule<T>(len); schedule.count > 0)
+        return buildSchedule(spec, len, factors, schedule,
+                             [&](T*& table, int r, std::int64_t s, const Roots<T>& roots) {
+                                 return buildShortFactors(
+                                     table, r, static_cast<int>(s),
+                                     spec.scaleForward != 0 ? spec.scale : T{1},
+                                     spec.scaleInverse != 0 ? spec.scale : T{1}, roots);
+                             });
+    return buildSchedule(spec, len, factors, scheduleOf<T>(factors),
+                         [](T*& table, int r, std::int64_t s, const Roots<T>& roots) {
+                             return buildJoinTwiddles(table, r, s, roots);
                          });
 }
 
 // Column 0 has no twiddles, and the upper half of the columns is conjugate to the lower.
 bool buildRealPasses(DftObject<float>& spec, const Factors& factors) {
     fillRecords(spec, spec.len, factors);
-    return buildSchedule(spec, spec.len, factors,
-                         [](float*& table, int r, std::int64_t s, bool, const Roots<float>& roots) {
+    return buildSchedule(spec, spec.len, factors, scheduleOf<float>(factors),
+                         [](float*& table, int r, std::int64_t s, const Roots<float>& roots) {
                              return buildTwiddles<float>(table, r, s, (s - 1) / 2, 1, roots);
                          });
 }
@@ -224,34 +231,22 @@ bool buildDirect(DftObject<T>& spec, int len) {
     return true;
 }
 
-template <class V>
-constexpr int slotOf(int element) {
-    int slot = 0;
-    while (slotElementOf<V>(slot) != element) ++slot;
-    return slot;
-}
-
-// k = 1, 2 ..: cos/2 and (1 - sin)/2; unfolding: cos and -sin. In vectors of the fold.
+// k = 1, 2 ..: (1 - i*W(k)) / 2 for the fold; unfolding: W(k).
 bool buildFold(DftObject<float>& spec) {
     const std::int64_t count = foldCount(spec.len);
-    spec.foldTwiddles = allocate<float>(static_cast<std::size_t>(2 * foldCapacity(spec.len)));
-    spec.unfoldTwiddles = allocate<float>(static_cast<std::size_t>(2 * foldCapacity(spec.len)));
+    spec.foldTwiddles = allocate<float>(static_cast<std::size_t>(2 * count));
+    spec.unfoldTwiddles = allocate<float>(static_cast<std::size_t>(2 * count));
     if (spec.foldTwiddles == nullptr || spec.unfoldTwiddles == nullptr) return false;
     ExactRoots root(spec.len);
-    withColumnVector<float>(count, [&]<class V>(V) {
-        constexpr int W = V::lanes;
-        float* fold = spec.foldTwiddles;
-        float* unfold = spec.unfoldTwiddles;
-        for (std::int64_t v = 0; v < vectorsOf(count, W); ++v, fold += 2 * W, unfold += 2 * W)
-            simd::unroll<W>([&](auto n) {
-                constexpr int slot = slotOf<V>(n);
-                root.moveTo(1 + vectorBegin(v, count, W) + n);
-                fold[slot] = static_cast<float>(root.cosine() / 2);
-                fold[slot + W] = static_cast<float>((1 - root.sine()) / 2);
-                unfold[slot] = static_cast<float>(root.cosine());
-                unfold[slot + W] = static_cast<float>(-root.sine());
-            });
-    });
+    for (std::int64_t k = 1; k <= count; ++k) {
+        float* fold = spec.foldTwiddles + 2 * (k - 1);
+        float* unfold = spec.unfoldTwiddles + 2 * (k - 1);
+        root.moveTo(k);
+        fold[0] = static_cast<float>((1 - root.sine()) / 2);
+        fold[1] = static_cast<float>(-root.cosine() / 2);
+        unfold[0] = static_cast<float>(root.cosine());
+        unfold[1] = static_cast<float>(-root.sine());
+    }
     return true;
 }
 

@@ -5,62 +5,11 @@
 // with sums where the column can.
 #pragma once
 
-#include "simd/split_complex.h"
 #include "simd/unroll.h"
 #include "transform/fft_sine_constants.h"
+#include "transform/fft_turns.h"
 
 namespace zep::ZEP_VARIANT::fft {
-
-enum class Direction { Forward, Inverse };
-
-// x * w forward, x * conj(w) inverse: one table of twiddles serves both directions.
-template <Direction D, class C>
-[[gnu::always_inline]] inline C rotate(C x, C w) {
-    if constexpr (D == Direction::Forward)
-        return {negMulAdd(x.im, w.im, x.re * w.re), mulAdd(x.im, w.re, x.re * w.im)};
-    else
-        return {mulAdd(x.im, w.im, x.re * w.re), negMulAdd(x.re, w.im, x.im * w.re)};
-}
-
-// a + b * (-i) forward, a + b * i inverse; and the difference.
-template <Direction D, class C>
-[[gnu::always_inline]] inline C addQuarter(C a, C b) {
-    if constexpr (D == Direction::Forward)
-        return {a.re + b.im, a.im - b.re};
-    else
-        return {a.re - b.im, a.im + b.re};
-}
-template <Direction D, class C>
-[[gnu::always_inline]] inline C subQuarter(C a, C b) {
-    if constexpr (D == Direction::Forward)
-        return {a.re - b.im, a.im + b.re};
-    else
-        return {a.re + b.im, a.im - b.re};
-}
-
-// a + s * b and a - s * b; the same with b turned by a quarter.
-template <class C, class V>
-[[gnu::always_inline]] inline C addScaled(C a, C b, V s) {
-    return {mulAdd(b.re, s, a.re), mulAdd(b.im, s, a.im)};
-}
-template <class C, class V>
-[[gnu::always_inline]] inline C subScaled(C a, C b, V s) {
-    return {negMulAdd(b.re, s, a.re), negMulAdd(b.im, s, a.im)};
-}
-template <Direction D, class C, class V>
-[[gnu::always_inline]] inline C addQuarterScaled(C a, C b, V s) {
-    if constexpr (D == Direction::Forward)
-        return {mulAdd(b.im, s, a.re), negMulAdd(b.re, s, a.im)};
-    else
-        return {negMulAdd(b.im, s, a.re), mulAdd(b.re, s, a.im)};
-}
-template <Direction D, class C, class V>
-[[gnu::always_inline]] inline C subQuarterScaled(C a, C b, V s) {
-    if constexpr (D == Direction::Forward)
-        return {negMulAdd(b.im, s, a.re), mulAdd(b.re, s, a.im)};
-    else
-        return {mulAdd(b.im, s, a.re), negMulAdd(b.re, s, a.im)};
-}
 
 template <Direction D, class C>
 [[gnu::always_inline]] inline void butterfly4(C& x0, C& x1, C& x2, C& x3) {
@@ -74,19 +23,9 @@ template <Direction D, class C>
 template <class T>
 inline constexpr T kSqrtHalf = constantCosine<T>(1, 8);
 
-// x * exp(-pi*i/4) forward, x * exp(pi*i/4) inverse, but for a factor of sqrt(1/2), which is left to
-// the sums that follow.
-template <Direction D, class C>
-[[gnu::always_inline]] inline C turnEighth(C x) {
-    if constexpr (D == Direction::Forward)
-        return {x.re + x.im, x.im - x.re};
-    else
-        return {x.re - x.im, x.im + x.re};
-}
-
 template <Direction D, class C>
 [[gnu::always_inline]] inline void butterfly8(C (&x)[8]) {
-    using V = decltype(x[0].re);
+    using V = typename C::Part;
     const V sqrtHalf = V::broadcast(kSqrtHalf<typename V::Scalar>);
     butterfly4<D>(x[1], x[3], x[5], x[7]);
     // exp(-3*pi*i/4) is exp(-pi*i/4) times -i; the -i is left to the join.
@@ -128,7 +67,7 @@ template <Direction D, class C>
 }
 template <Direction D, class C>
 [[gnu::always_inline]] inline void oddButterfly(C (&d)[4]) {
-    using V = decltype(d[0].re);
+    using V = typename C::Part;
     const V sqrtHalf = V::broadcast(kSqrtHalf<typename V::Scalar>);
     const C o1 = turnEighth<D>(d[1]), o3 = turnEighth<D>(d[3]);  // and a quarter
     joinPairsScaled<D>(addQuarter<D>(d[0], d[2]), subQuarter<D>(d[0], d[2]), addQuarter<D>(o1, o3),
@@ -141,12 +80,9 @@ template <Direction D, class C>
 // second step, and so are the factors of eighths.
 template <Direction D, int n, class C>
 [[gnu::always_inline]] inline void quarterOf16(C& b0, C& b1, C& b2, C& b3) {
-    using V = decltype(b0.re);
-    using T = typename V::Scalar;
-    const V c1 = V::broadcast(constantCosine<T>(1, 16));
-    const V c3 = V::broadcast(constantCosine<T>(3, 16));
-    const C sixteenth{c1, V::broadcast(-constantSine<T>(1, 16))};
-    const C threeSixteenths{c3, V::broadcast(-constantSine<T>(3, 16))};
+    using T = typename C::Scalar;
+    const auto sixteenth = C::turn(constantCosine<T>(1, 16), -constantSine<T>(1, 16));
+    const auto threeSixteenths = C::turn(constantCosine<T>(3, 16), -constantSine<T>(3, 16));
     butterfly4<D>(b0, b1, b2, b3);
     if constexpr (n == 1) {
         b1 = rotate<D>(b1, sixteenth);
@@ -164,7 +100,7 @@ template <Direction D, int n, class C>
 // b[n], n = 0 .. 3, become bins k + 4*n.
 template <Direction D, int k, class C>
 [[gnu::always_inline]] inline void binsOf16(C (&b)[4]) {
-    using V = decltype(b[0].re);
+    using V = typename C::Part;
     const V sqrtHalf = V::broadcast(kSqrtHalf<typename V::Scalar>);
     if constexpr (k == 0) {
         butterfly4<D>(b[0], b[1], b[2], b[3]);

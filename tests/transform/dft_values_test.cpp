@@ -150,7 +150,10 @@ TEST_P(DftValues, LongTransformsMatchTheDefinition) {
     matchesTheDefinition<DftReal>(even, 1);
 }
 
-// Every value with each flag is the unscaled one times the factor, up to a rounding of each.
+// Every value with each flag is the unscaled one times the factor, up to roundings: of the value, or
+// of the up to sixteen terms of its last sum, whose twiddles have the factor in them. Half a unit
+// each, as good as random, makes two; the worst of some thousand bins lies at two or three times
+// that.
 template <class Kind>
 void scalesOnce(int N) {
     using T = typename Kind::Element;
@@ -174,7 +177,7 @@ void scalesOnce(int N) {
         for (std::size_t k = 0; k < len; ++k)
             worst =
                 std::max(worst, std::abs(toExtended(scaled[k]) / factor - toExtended(plain[k])));
-        EXPECT_LE(static_cast<double>(worst / largest), 4 * Kind::unit);
+        EXPECT_LE(static_cast<double>(worst / largest), 8 * Kind::unit);
     }
 }
 

@@ -7,7 +7,8 @@
  * - Each call goes by direct sums or by Fourier transforms, by thresholds that are the same in all
  *   variants. The error of a direct sum is relative to the sum of the magnitudes of its own
  *   products; that of a transform is relative to the norms of both sequences, so small results
- *   beside large ones lose digits, and a NaN or an infinity spreads over the whole block.
+ *   beside large ones lose digits, and a NaN or an infinity spreads over the whole block, and over
+ *   another that is transformed with it.
  * - Any alignment. pDst overlaps no source; the two sources may be the same array.
  * - Statuses, tested in this order: zepStsNullPtrErr (any pointer null), zepStsSizeErr (a length
  *   below 1), and where a transform is used zepStsFftOrderErr (more than 2^29 real or 2^28 complex

@@ -10,12 +10,13 @@
  * What holds for all of them:
  * - Sums are formed in single precision; the order of the additions is free. Variants, routes and
  *   ways of cutting a stream agree within rounding: relative to the sum of |h||x| on the direct
- *   route, to the norms of the taps and of one block of the input on that of transforms. Complex
- *   products are plain, neither factor conjugated.
+ *   route, on that of transforms to the norms of the taps and of one block of the input; in real
+ *   filters of two blocks anywhere in the call, which share a transform. Complex products are
+ *   plain, neither factor conjugated.
  * - Transforms are used by states of at least 64 real or 16 complex taps, in calls of at least 512
  *   real or 256 complex samples; in place, for blocks behind which at least so many are left. There
- *   a NaN or an infinity reaches all outputs of its transform; on the direct route only those within
- *   L samples.
+ *   a NaN or an infinity reaches all outputs of its transform, in real filters those of both
+ *   blocks; on the direct route only those within L samples.
  * - Any alignment of the caller's arrays. Filtering allocates nothing.
  * - A call changes its state, so one state serves one thread at a time; different states are
  *   independent.
@@ -42,7 +43,7 @@ extern "C" {
  * @return          zepStsNullPtrErr (ppState, pTaps), zepStsFIRLenErr (tapsLen below 1),
  *                  zepStsNullPtrErr (the transform object could not be made), zepStsMemAllocErr,
  *                  tested in this order; else zepStsNoErr.
- * @note            Memory: about 4 times L samples, 10 to 20 times L with transforms, and 4096 to
+ * @note            Memory: about 4 times L samples, 15 to 60 times L with transforms, and 4096 to
  *                  4224 samples for calls in place.
  * @{
  */

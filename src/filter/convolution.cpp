@@ -8,6 +8,7 @@
 #include "filter/correlate.h"
 #include "filter/spectrum.h"
 #include "simd/vec.h"
+#include "transform/fft_convolve.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
@@ -108,12 +109,61 @@ ZepStatus whole(const Pair<typename Samples::Sample>& p, typename Samples::Sampl
     return zepStsNoErr;
 }
 
+// Blocks of up to this order go two at a time through a convolver; beyond, its tables cost what it
+// saves.
+constexpr int kConvolverMaxOrder = 11;
+
+// Those that need neither zeros nor a part of their results beside those half the blocks further on,
+// the others in buffers.
+ZepStatus paired(const Pair<Zep32f>& p, Zep32f* dst, int order) {
+    constexpr std::size_t kLineFloats = fft::kLine / sizeof(float);
+    filter::Scratch<Zep32f> memory;
+    const std::size_t tables = fft::convolverScalars<float>(order) + kLineFloats;
+    if (!memory.allocate(tables + (std::size_t{2} << order))) return zepStsMemAllocErr;
+    const fft::Convolver<float> convolver =
+        fft::makeConvolver(order, fft::alignUp(memory.data(), fft::kLine));
+    fft::setTaps(convolver, p.shorter, p.S);
+    const std::int64_t N = std::int64_t{1} << order, history = p.S - 1, step = N - history;
+    const std::int64_t F = p.outputs(), whole = p.T / step - 1, half = whole > 0 ? whole / 2 : 0;
+    if (half > 0) {
+        const Zep32f* x = p.longer + (step - history);
+        Zep32f* y = dst + step;
+        fft::convolvePair<float>(convolver, {x, x + half * step}, {y, y + half * step}, history,
+                                 step, half);
+    }
+    Zep32f* const buffer[2] = {memory.data() + tables, memory.data() + tables + N};
+    const auto load = [&](std::int64_t done, Zep32f* to) {
+        const std::int64_t front = done < history ? history - done : 0,
+                           from = done - history + front;
+        const std::int64_t left = p.T - from, room = N - front;
+        const std::int64_t n = left < 0 ? 0 : left < room ? left : room;
+        TransformOf<Zep32f>::zero(to, front);
+        TransformOf<Zep32f>::copy(p.longer + from, to + front, n);
+        TransformOf<Zep32f>::zero(to + front + n, room - n);
+    };
+    const auto store = [&](std::int64_t done, const Zep32f* from) {
+        TransformOf<Zep32f>::copy(from, dst + done, F - done < step ? F - done : step);
+    };
+    for (std::int64_t done = 0, next = 0; done < F; done = next + step) {
+        next = done == 0 ? (2 * half + 1) * step : done + step;
+        load(done, buffer[0]);
+        load(next, buffer[1]);
+        fft::convolvePair<float>(convolver, {buffer[0], buffer[1]}, buffer, history, step, 1);
+        store(done, buffer[0]);
+        if (next < F) store(next, buffer[1]);
+    }
+    return zepStsNoErr;
+}
+
 template <class Samples>
 ZepStatus blocked(const Pair<typename Samples::Sample>& p, typename Samples::Sample* dst,
                   Samples samples) {
+    const int order = filter::orderFor(2 * p.S, 0) + 1;
+    if constexpr (std::is_same_v<typename Samples::Sample, Zep32f>)
+        if (order <= kConvolverMaxOrder && fft::hasConvolver<float>(order))
+            return paired(p, dst, order);
     filter::CallTransform<Zep32f> fft;
-    if (const ZepStatus s = fft.create(filter::orderFor(2 * p.S, 0) + 1, 2); s != zepStsNoErr)
-        return s;
+    if (const ZepStatus s = fft.create(order, 2); s != zepStsNoErr) return s;
     const std::int64_t N = fft.length(), step = N - p.S + 1, F = p.outputs();
     Zep32f *taps = fft.buffer(0), *x = fft.buffer(1);
     samples.in(p.shorter, taps, p.S);

@@ -3,6 +3,7 @@
 #include "filter/correlate.h"
 #include "filter/fir_multirate.h"
 #include "filter/fir_state.h"
+#include "transform/fft_convolve.h"
 
 namespace zep::ZEP_VARIANT {
 namespace {
@@ -50,52 +51,148 @@ public:
     explicit OverlapSave(ZepFIRState& state)
         : state_(state),
           spec_(static_cast<const Spec*>(state.pFFTSpec)),
+          convolver_(static_cast<const fft::Convolver<float>*>(state.pConvolver)),
           b_(static_cast<T*>(state.pFFTBuf)),
           N_(state.fftLen),
           L_(state.tapsLen) {}
 
-    // From the last block to the first: the wrapped results in front of a block's own stand where the
-    // block before it writes next, so that whole blocks go to dst without a copy.
     ZepStatus run(const T* src, T* dst, std::int64_t count) {
-        const std::int64_t step = N_ - L_ + 1, before = L_ - 1;
-        for (std::int64_t done = (count - 1) / step * step; done > 0; done -= step) {
-            const std::int64_t rest = count - done;
-            const T* from = src + (done - before);
-            if (rest < step) {
-                Of::copy(from, b_, before + rest);
-                Of::zero(b_ + (before + rest), step - rest);
-                from = b_;
-            }
-            T* to = rest < step ? b_ : dst + (done - before);
-            if (const ZepStatus s = filter(from, to); s != zepStsNoErr) return s;
-            if (rest < step) Of::copy(b_ + before, dst + done, rest);
-        }
-        auto* delay = static_cast<T*>(state_.pDlyLine);
-        state_.dlyLineIndex = 0;
-        Of::copy(delay + 1, b_, before);
-        const std::int64_t first = count < step ? count : step;
-        Of::copy(src, b_ + before, first);
-        if (count <= step)
-            Of::copy(b_ + (count - 1), delay, L_);
-        else
-            Of::copy(src + (count - L_), delay, L_);
-        Of::zero(b_ + (before + first), step - first);
-        if (const ZepStatus s = filter(b_, b_); s != zepStsNoErr) return s;
-        Of::copy(b_ + before, dst, first);
-        return zepStsNoErr;
+        const ZepStatus s =
+            convolver_ != nullptr ? byConvolver(src, dst, count) : byTransform(src, dst, count);
+        if (s == zepStsNoErr) keepHistory(src, count);
+        return s;
     }
 
 private:
+    std::int64_t step() const { return N_ - L_ + 1; }
+    std::int64_t before() const { return L_ - 1; }
+
+    // The inputs of the `results` outputs from `done` on, in buffer: behind their history, zeros
+    // behind them.
+    const T* block(const T* src, std::int64_t done, std::int64_t results, T* buffer) const {
+        if (done > 0) {
+            Of::copy(src + (done - before()), buffer, before() + results);
+        } else {
+            Of::copy(static_cast<const T*>(state_.pDlyLine) + 1, buffer, before());
+            Of::copy(src, buffer + before(), results);
+        }
+        Of::zero(buffer + (before() + results), step() - results);
+        return buffer;
+    }
+
+    // The first block begins with the history, the last may not be whole; what is between them is
+    // read and written in place. There, where it costs few results, each block gives so many that
+    // all stores are on vectors of the destination.
+    struct Blocks {
+        std::int64_t first, step;
+        std::int64_t count;  // of those between
+        std::int64_t last;   // results
+    };
+    Blocks divide(const T* dst, std::int64_t count) const {
+        constexpr std::int64_t kVector = simd::Native<float>::bytes / sizeof(T);
+        Blocks b{step(), step(), 0, 0};
+        const auto address = reinterpret_cast<std::uintptr_t>(dst);
+        if (count > 2 * step() && step() % kVector * 16 < step() && address % sizeof(T) == 0) {
+            const auto lead = static_cast<std::int64_t>(address / sizeof(T));
+            const std::int64_t first = step() - (lead + step() - before()) % kVector;
+            // All history of the next block is in the source.
+            if (first >= before()) b = {first, step() - step() % kVector, 0, 0};
+        }
+        if (count <= b.first) return {count, b.step, 0, 0};
+        // Each reads and writes all that a block has, also what the next one gives once more.
+        if (count - b.first >= step()) b.count = (count - b.first - step()) / b.step + 1;
+        b.last = count - b.first - b.count * b.step;
+        return b;
+    }
+
+    ZepStatus byConvolver(const Zep32fc* src, Zep32fc* dst, std::int64_t count) const {
+        const Blocks b = divide(dst, count);
+        const auto convolve = [&](const Zep32fc* x, Zep32fc* y, std::int64_t blocks) {
+            fft::convolve(*convolver_, reinterpret_cast<const float*>(x),
+                          reinterpret_cast<float*>(y), before(), b.step, blocks);
+        };
+        if (b.count > 0) convolve(src + (b.first - before()), dst + b.first, b.count);
+        if (b.last > 0) {
+            convolve(block(src, count - b.last, b.last, b_), b_, 1);
+            Of::copy(b_, dst + (count - b.last), b.last);
+        }
+        convolve(block(src, 0, b.first, b_), b_, 1);
+        Of::copy(b_, dst, b.first);
+        return zepStsNoErr;
+    }
+
+    // Two blocks at a time, the first half of them beside the second; of those that are left over two
+    // more; the transform of real samples alone does a single one at less cost.
+    ZepStatus byConvolver(const Zep32f* src, Zep32f* dst, std::int64_t count) const {
+        const Blocks b = divide(dst, count);
+        const std::int64_t half = b.count / 2, left = b.count - 2 * half;
+        const auto pair = [&](const Zep32f* x1, const Zep32f* x2, Zep32f* y1, Zep32f* y2,
+                              std::int64_t blocks) {
+            fft::convolvePair<float>(*convolver_, {x1, x2}, {y1, y2}, before(), b.step, blocks);
+        };
+        if (half > 0) {
+            const Zep32f* x = src + (b.first - before());
+            Zep32f* y = dst + b.first;
+            pair(x, x + half * b.step, y, y + half * b.step, half);
+        }
+        auto* second = static_cast<Zep32f*>(state_.pSecondBuf);
+        std::int64_t last = b.last;
+        if (left > 0) {
+            const std::int64_t at = count - b.last - b.step;
+            pair(block(src, 0, b.first, b_), src + (at - before()), b_, second, 1);
+            Of::copy(second, dst + at, b.step);
+        } else if (last > 0) {
+            pair(block(src, 0, b.first, b_), block(src, count - last, last, second), b_, second, 1);
+            Of::copy(second, dst + (count - last), last);
+            last = 0;
+        } else {
+            return single(block(src, 0, b.first, b_), dst, b.first);
+        }
+        Of::copy(b_, dst, b.first);
+        return last > 0 ? single(block(src, count - last, last, b_), dst + (count - last), last)
+                        : zepStsNoErr;
+    }
+
+    // From the last block to the first: the wrapped results in front of a block's own stand where the
+    // block before it writes next, so that a whole block goes to dst without a copy.
+    ZepStatus byTransform(const T* src, T* dst, std::int64_t count) const {
+        for (std::int64_t done = (count - 1) / step() * step(); done >= 0; done -= step()) {
+            const std::int64_t rest = count - done;
+            const ZepStatus s = done > 0 && rest >= step()
+                                    ? filter(src + (done - before()), dst + (done - before()))
+                                    : single(block(src, done, rest < step() ? rest : step(), b_),
+                                             dst + done, rest < step() ? rest : step());
+            if (s != zepStsNoErr) return s;
+        }
+        return zepStsNoErr;
+    }
+
+    ZepStatus single(const T* x, T* y, std::int64_t results) const {
+        const ZepStatus s = filter(x, b_);
+        if (s == zepStsNoErr) Of::copy(b_ + before(), y, results);
+        return s;
+    }
+
     // The N samples at x; the first L-1 results have wrapped.
-    ZepStatus filter(const T* x, T* y) {
+    ZepStatus filter(const T* x, T* y) const {
         if (const ZepStatus s = Of::forward(x, b_, spec_, state_.pFFTWork); s != zepStsNoErr)
             return s;
         Of::multiply(static_cast<const T*>(state_.pFFTTaps), b_, static_cast<int>(N_));
         return Of::inverse(b_, y, spec_, state_.pFFTWork);
     }
 
+    // The last L of the history and the inputs.
+    void keepHistory(const T* src, std::int64_t count) {
+        T* delay = static_cast<T*>(state_.pDlyLine);
+        state_.dlyLineIndex = 0;
+        if (count < L_) copy(delay, delay + count, L_ - count);
+        const std::int64_t kept = count < L_ ? count : L_;
+        Of::copy(src + (count - kept), delay + (L_ - kept), kept);
+    }
+
     ZepFIRState& state_;
     const Spec* spec_;
+    const fft::Convolver<float>* convolver_;
     T* b_;
     std::int64_t N_, L_;
 };

@@ -51,6 +51,8 @@ struct ZepFIRState {
     void* pSorted;               // inputs by their place in a period; null: they are not sorted
     std::int32_t sortedLen;      // elements of each place
     std::int32_t sortedOutputs;  // made from them
+    void* pConvolver;            // single rate: null where the transform object does the blocks
+    void* pSecondBuf;            // a second buffer of fftLen samples
 };
 
 namespace zep::ZEP_VARIANT::filter {

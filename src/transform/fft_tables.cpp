@@ -8,6 +8,7 @@
 // N; the product costs one rounding of 2^-25 in a pass that waits for memory anyway.
 #include "transform/fft_tables.h"
 
+#include "transform/fft_legs.h"
 #include "transform/fft_passes.h"
 #include "transform/fft_tuning.h"
 
@@ -43,19 +44,6 @@ void fillReversal(std::int32_t* table, int bits) {
     }
 }
 
-// Pairs for the entries first, first + 1, ... in blocks of a vector's lanes, in slot order: of each
-// block the first parts of entry(k), then the second.
-template <class V, class T, class Entry>
-T* fillVectors(T* out, std::uint64_t first, std::uint64_t count, Entry entry) {
-    for (std::uint64_t k = first; k < first + count; k += V::lanes, out += 2 * V::lanes)
-        for (int s = 0; s < V::lanes; ++s) {
-            const Twiddle<T> pair = entry(k + static_cast<std::uint64_t>(simd::slotElement<V>(s)));
-            out[s] = pair.cos;
-            out[s + V::lanes] = pair.sin;
-        }
-    return out;
-}
-
 // One pass of radix R: for each vector of columns the legs 1 .. R-1, cosines then negated sines.
 // angle(k) is 2*pi*k/(R*G).
 template <class T, class Angle>
@@ -68,52 +56,6 @@ void fillPass(T* out, int radix, std::uint64_t columns, Angle angle) {
             });
 }
 
-// In slot order: first the vector a, then b.
-template <class V>
-[[gnu::always_inline]] inline void storeSlots(V a, V b, typename V::Scalar* out) {
-    constexpr auto slots = [](int s) { return simd::slotElement<V>(s); };
-    shuffle(a, a, slots).store(out);
-    shuffle(b, b, slots).store(out + V::lanes);
-}
-
-// Leg e of one vector of columns: cosines and negated sines of the angles e*column / 2^joined turns,
-// in slot order. Within a quadrant one index rises as the other falls; legs that are powers of two
-// read neighbours out of the table of a lower order.
-template <class T>
-void fillLeg(T* out, int e, std::uint64_t column, int joined, const Sines<T>& sines) {
-    using V = Real<T>;
-    const int shift = std::countr_zero(static_cast<unsigned>(e)), order = joined - shift;
-    const std::uint64_t stride = static_cast<std::uint64_t>(e) >> shift, k = stride * column;
-    const std::uint64_t quadrant = k >> (order < 2 ? 0 : order - 2);
-    if (order < 2 || (k + stride * (V::lanes - 1)) >> (order - 2) != quadrant) {
-        fillVectors<V>(out, column, V::lanes, [&](std::uint64_t c) {
-            const Twiddle<T> w = sines.at(static_cast<std::uint64_t>(e) * c, joined);
-            return Twiddle<T>{w.cos, -w.sin};
-        });
-        return;
-    }
-    const std::uint64_t quarter = std::uint64_t{1} << (order - 2), place = k & (quarter - 1);
-    const T *rising = sines.quarterWave(order) + place,
-            *falling = sines.quarterWave(order) + (quarter - place);
-    const bool odd = (quadrant & 1) != 0;
-    const T cosSign = ((quadrant + 1) & 2) != 0 ? T{-1} : T{1};
-    const T sinSign = (quadrant & 2) != 0 ? T{1} : T{-1};
-    if (stride == 1) {
-        const V up = V::load(rising), down = reverse(V::load(falling - (V::lanes - 1)));
-        storeSlots(V::broadcast(cosSign) * (odd ? up : down),
-                   V::broadcast(sinSign) * (odd ? down : up), out);
-        return;
-    }
-    T *up = out, *down = out;
-    (odd ? down : up) += V::lanes;
-    const T upSign = odd ? cosSign : sinSign, downSign = odd ? sinSign : cosSign;
-    const auto step = static_cast<std::ptrdiff_t>(stride);
-    simd::unroll<V::lanes>([&](auto s) __attribute__((always_inline)) {
-        up[s] = upSign * rising[simd::slotElement<V>(s) * step];
-        down[s] = downSign * falling[-simd::slotElement<V>(s) * step];
-    });
-}
-
 template <class T>
 void fillPasses(T* out, int groupOrder, int order, const Sines<T>& sines) {
     for (PassSequence passes(groupOrder, order); !passes.done(); passes.next()) {
@@ -121,7 +63,7 @@ void fillPasses(T* out, int groupOrder, int order, const Sines<T>& sines) {
         T* leg = out + passTwiddles<T>(passes.groupOrder());
         for (std::uint64_t c = 0; c >> passes.groupOrder() == 0; c += kLanes<T>)
             for (int e = 1; e >> passes.radixOrder() == 0; ++e, leg += 2 * kLanes<T>)
-                fillLeg(leg, e, c, joined, sines);
+                fillLeg<LaneOrder::Slots>(leg, e, c, joined, sines);
     }
 }
 
@@ -183,8 +125,8 @@ void layoutFold(Layout& layout, FftObject<T>* spec, int order, const Sines<T>* s
         const V half = V::broadcast(T{0.5}), sign = V::broadcast(T{-1});
         for (std::size_t k = 1; k <= entries; k += V::lanes, fold += 2 * V::lanes) {
             const V sine = V::load(wave + k), cosine = reverse(V::load(end - k - (V::lanes - 1)));
-            storeSlots(half * cosine, half - half * sine, fold);
-            storeSlots(cosine, sign * sine, unfold + 2 * (k - 1));
+            storeLanes<LaneOrder::Slots>(half * cosine, half - half * sine, fold);
+            storeLanes<LaneOrder::Slots>(cosine, sign * sine, unfold + 2 * (k - 1));
         }
     });
 }

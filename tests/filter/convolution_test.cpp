@@ -57,6 +57,26 @@ TEST_P(Convolution, LongSequencesAgainstShortOnes) {
         expectConvolution(len1, 64, Edge::Back);
 }
 
+// Blocks of 256 to 4096 points, two at a time: any number of them left over, the longer sequence ending in
+// a block or at its end.
+TEST_P(Convolution, BlocksOfEveryCount) {
+    int turn = 0;
+    for (const int S : {64, 65, 128, 200, 256, 257, 512, 513}) {
+        int N = 1;
+        while (N < 2 * S) N *= 2;
+        N *= 2;
+        const int step = N - S + 1;
+        for (int blocks = 1; blocks <= 7; blocks += thinStep(2))
+            for (const int T : {blocks * step - 1, blocks * step, blocks * step + 1,
+                                blocks * step + step - S, blocks * step + step - S + 2})
+                if (T >= 3 * S) {
+                    ++turn;
+                    expectConvolution(T, S, turn % 2 == 0 ? Edge::Back : Edge::Front, turn % 3 * 4,
+                                      61);
+                }
+    }
+}
+
 TEST_P(Convolution, ArraysStandAtOddAddresses) {
     for (const int skew : {1, 2, 3, 5, 17})
         for (const Edge edge : {Edge::Front, Edge::Back}) {

@@ -52,7 +52,8 @@ template <int R, class V, class Part>
     for (int square = 0; square < kSquares; ++square) {
         V x[W];
 #pragma GCC unroll 16
-        for (int s = 0; s < W; ++s) x[s] = part(square * W + s);
+        for (int s = 0; s < W; ++s)
+            x[s] = part(square * W + (R % W == 0 ? simd::slotElement<V>(s) : s));
         simd::transpose(x);
         T* to = out + square * W;
         simd::unroll<W>([&](auto n) __attribute__((always_inline)) {

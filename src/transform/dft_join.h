@@ -26,8 +26,9 @@ struct ToParts {
     }
 };
 
-// The last one: pairs, multiplied by the scale.
-template <Direction D, class T>
+// The last one: pairs, multiplied by the scale. kSlots: the lanes are in slot order, so that one
+// shuffle makes a vector.
+template <Direction D, class T, bool kSlots = false>
 struct ToPairs {
     static constexpr Direction direction = D;
     using V = Real<T>;
@@ -44,8 +45,12 @@ struct ToPairs {
         for (int j = 0; j < r; ++j) x[j] = x[j] * factor;
     }
     [[gnu::always_inline]] void store(simd::SplitComplex<V> x, T* p) const {
-        interleaveFront(x.re, x.im).store(p);
-        interleaveBack(x.re, x.im).store(p + V::lanes);
+        if constexpr (kSlots) {
+            simd::storeInterleaved(x, p);
+        } else {
+            interleaveFront(x.re, x.im).store(p);
+            interleaveBack(x.re, x.im).store(p + V::lanes);
+        }
     }
     [[gnu::always_inline]] void storePartial(simd::SplitComplex<V> x, T* p, int count) const {
         constexpr int W = V::lanes;

@@ -8,10 +8,10 @@ void Middle<T>::join(Parts<const T> in, Parts<T> out, int radix, std::ptrdiff_t 
                      std::ptrdiff_t groups, const T* twiddles, const T* oddTable) {
     const ToParts<T> sink{out};
     withRadix(radix, [&](auto R) {
-        if (s < kLanes<T>)
-            joinColumns<R, true>(in, sink, radix, s, groups, twiddles, oddTable);
-        else
-            joinColumns<R, false>(in, sink, radix, s, groups, twiddles, oddTable);
+        if constexpr (R == 0 || joinsFewColumns(R))
+            if (s < kLanes<T>)
+                return joinColumns<R, true>(in, sink, radix, s, groups, twiddles, oddTable);
+        joinColumns<R, false>(in, sink, radix, s, groups, twiddles, oddTable);
     });
 }
 

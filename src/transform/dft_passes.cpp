@@ -5,9 +5,13 @@
 namespace zep::ZEP_VARIANT::dft {
 
 template <Direction D, class T>
-void Passes<D, T>::last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, const T* twiddles,
-                        const T* oddTable, T scale) {
+void Passes<D, T>::last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, bool inSlots,
+                        const T* twiddles, const T* oddTable, T scale) {
     withRadix(radix, [&](auto R) {
+        if constexpr (slotsDiffer<T>())
+            if (inSlots)
+                return joinColumns<R, false>(in, ToPairs<D, T, true>{out, scale}, radix, s, 1,
+                                             twiddles, oddTable);
         joinColumns<R, false>(in, ToPairs<D, T>{out, scale}, radix, s, 1, twiddles, oddTable);
     });
 }
@@ -39,8 +43,8 @@ void Passes<D, T>::run(const T* src, T* dst, std::ptrdiff_t len, const DftObject
                         oddTableOf(spec, radix[i]));
         s *= radix[i];
     }
-    last({to, len}, dst, radix[count - 1], s, record->twiddles, oddTableOf(spec, radix[count - 1]),
-         scale);
+    last({to, len}, dst, radix[count - 1], s, isInSlots<T>(radix[0]), record->twiddles,
+         oddTableOf(spec, radix[count - 1]), scale);
 }
 
 template struct Passes<Direction::Forward, float>;

@@ -6,6 +6,9 @@
 // radix r takes the same bin q of r groups, rotates it by W(k*q) of s*r points and writes bins
 // q + s*j, vectors running over q. All reads of a pass are in one array and all writes in the other.
 //
+// Where the first stage writes whole vectors, so do all other passes; the elements of each then
+// stand in slot order, which saves the last pass shuffles.
+//
 // Between the first stage and the last pass the parts stand in arrays of their own, all real parts
 // before all imaginary ones, so that passes shuffle nothing. An inverse transform is a forward one
 // with the parts exchanged, which costs nothing there.
@@ -64,6 +67,18 @@ constexpr std::ptrdiff_t vectorBegin(std::ptrdiff_t vector, std::ptrdiff_t colum
     return (vector + 1) * lanes <= columns ? vector * lanes : columns - lanes;
 }
 
+// Slot order, where the column has one of its own.
+template <class T>
+constexpr bool slotsDiffer() {
+    for (int slot = 0; slot < kLanes<T>; ++slot)
+        if (simd::slotElement<Real<T>>(slot) != slot) return true;
+    return false;
+}
+template <class T>
+constexpr bool isInSlots(int firstRadix) {
+    return slotsDiffer<T>() && firstRadix % kLanes<T> == 0;
+}
+
 // Values with their parts in arrays of their own.
 template <class T>
 struct Parts {
@@ -79,8 +94,8 @@ struct Passes {
     static void first(const T* in, Parts<T> out, int radix, std::ptrdiff_t groups,
                       const T* oddTable);
     // One group of radix * s bins, into pairs, times scale.
-    static void last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, const T* twiddles,
-                     const T* oddTable, T scale);
+    static void last(Parts<const T> in, T* out, int radix, std::ptrdiff_t s, bool inSlots,
+                     const T* twiddles, const T* oddTable, T scale);
     // All of them; scratch holds len elements. dst may equal src. Short ones need no scratch, and their
     // tables hold the scale.
     static void run(const T* src, T* dst, std::ptrdiff_t len, const DftObject<T>& spec, T* scratch,

@@ -18,18 +18,24 @@ constexpr Composite kComposites[] = {
 };
 constexpr int kCompositeCount = sizeof kComposites / sizeof *kComposites;
 
-// Nanoseconds of a pass for each vector of complex elements, by radix: fitted to whole transforms on
-// Zen 5; 7, 11, 13 and 14 by their operations. With few registers large butterflies live in memory.
+// Nanoseconds of a pass for each vector of complex elements and leg, by radix: fitted to some
+// thousands of whole transforms on Zen 5; 7, 11, 13 and 14 by their operations. The first stage has
+// its own for each width of elements, which are turned in squares, and bears what whole vectors from
+// it on save the last pass.
 struct PassCosts {
-    double first[17], join[17];
+    double firstFloat[17], firstDouble[17], join[17];
 };
 constexpr PassCosts kFewRegisters = {
-    {0, 0, 0.9, 0.9, 0.9, 1.2, 1.1, 1.7, 1.2, 1.7, 1.8, 2.5, 1.9, 3.0, 2.3, 2.2, 2.2},
-    {0, 0, 0.9, 0.9, 1.0, 1.35, 1.1, 1.9, 1.4, 1.9, 2.0, 2.8, 2.15, 3.3, 2.6, 2.45, 2.5}};
+    {0, 0, 1.6, 2.5, 1.55, 2.45, 2.2, 2.9, 1.85, 2.2, 2.15, 3.3, 2.15, 3.7, 2.9, 2.5, 2.2},
+    {0, 0, 0.8, 1.1, 0.65, 1.0, 1.1, 1.6, 1.0, 1.3, 1.45, 2.2, 1.2, 2.6, 1.9, 1.6, 1.45},
+    {0, 0, 0.55, 0.65, 0.7, 1.05, 0.85, 1.55, 1.0, 1.4, 1.45, 2.4, 1.4, 2.8, 1.95, 1.85, 1.7}};
 constexpr PassCosts kManyRegisters = {
+    {0, 0, 1.5, 1.5, 1.5, 1.6, 1.7, 1.8, 1.6, 2.0, 2.0, 2.4, 1.9, 3.0, 2.4, 2.4, 1.5},
     {0, 0, 1.5, 1.5, 1.5, 1.6, 1.7, 1.8, 1.6, 2.0, 2.0, 2.4, 1.9, 3.0, 2.4, 2.4, 1.5},
     {0, 0, 1.1, 1.25, 1.3, 1.5, 1.5, 1.8, 1.5, 1.9, 1.8, 2.4, 1.8, 3.0, 2.4, 2.4, 2.1}};
 constexpr PassCosts kCosts = simd::kVectorRegisters > 16 ? kManyRegisters : kFewRegisters;
+template <class T>
+constexpr const double (&kFirstCosts)[17] = sizeof(T) == 4 ? kCosts.firstFloat : kCosts.firstDouble;
 constexpr double kCallCost = 4;
 // A vector that the columns do not fill is loaded and stored in pieces.
 constexpr double kPartialFactor = simd::kMaskedMemory ? 1.0 : 1.5;
@@ -108,6 +114,9 @@ private:
     // whole vectors only. A stage of the largest radix in between leaves them both enough.
     bool runs(const Schedule& s) const {
         if (isShort(s.radix)) return true;
+        std::int64_t columns = s.radix[0];
+        for (int i = 1; i + 1 < s.count; columns *= s.radix[i++])
+            if (columns < W && !joinsFewColumns(s.radix[i])) return false;
         const std::int64_t lastColumns = len_ / s.radix[s.count - 1];
         return lastColumns >= W && (isGeneric(s.radix[0]) || len_ / s.radix[0] >= W);
     }
@@ -115,7 +124,7 @@ private:
     double costOf(const Schedule& s) const {
         const auto vectors = [](std::int64_t n) { return static_cast<double>((n + W - 1) / W); };
         std::int64_t product = s.radix[0];
-        double cost = vectors(len_ / product) * costOfRadix(kCosts.first, s.radix[0]);
+        double cost = vectors(len_ / product) * costOfRadix(kFirstCosts<T>, s.radix[0]);
         // Transposed squares beyond what a large radix fills.
         if (isShort(s.radix) && s.radix[0] >= 14) cost *= 1.3;
         for (int i = 1; i < s.count; ++i) {

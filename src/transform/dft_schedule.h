@@ -5,6 +5,7 @@
 
 #include <type_traits>
 
+#include "simd/level.h"
 #include "transform/dft_plan.h"
 
 namespace zep::ZEP_VARIANT::dft {
@@ -19,6 +20,12 @@ struct Schedule {
 constexpr int kMaxShortRadix = 16;
 constexpr bool isShort(const std::int32_t* radix) {
     return radix[0] <= kMaxShortRadix && radix[1] <= kMaxShortRadix && radix[2] == 0;
+}
+
+// A pass of fewer columns than lanes takes a small radix, or one that is no product of two others:
+// code that loads and stores in pieces is large.
+constexpr bool joinsFewColumns(int radix) {
+    return simd::kMaskedMemory || radix <= 8 || radix == 11 || radix == 13 || radix > 16;
 }
 
 template <class T>

@@ -114,9 +114,9 @@ bool buildTwiddles(T*& table, int radix, std::int64_t s, std::int64_t columns,
 }
 
 // The same for the columns 0 .. s-1 of a complex pass, whose last vector begins early; where the
-// columns fill none it has lanes behind them.
+// columns fill none it has lanes behind them. inSlots: the columns of a vector stand in slot order.
 template <class T>
-bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, const Roots<T>& roots) {
+bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, bool inSlots, const Roots<T>& roots) {
     constexpr int W = kLanes<T>;
     const std::int64_t step = roots.length() / (radix * s), vectors = vectorsOf(s, W);
     table = allocate<T>(static_cast<std::size_t>(vectors * (radix - 1) * 2 * W));
@@ -125,7 +125,8 @@ bool buildJoinTwiddles(T*& table, int radix, std::int64_t s, const Roots<T>& roo
     for (std::int64_t v = 0; v < vectors; ++v)
         for (int k = 1; k < radix; ++k, out += 2 * W)
             for (int lane = 0; lane < W; ++lane) {
-                const std::int64_t column = (s < W ? v * W : vectorBegin(v, s, W)) + lane;
+                const std::int64_t column = (s < W ? v * W : vectorBegin(v, s, W)) +
+                                            (inSlots ? simd::slotElement<Real<T>>(lane) : lane);
                 const std::int64_t q = column < s ? column : s - 1;
                 out[lane] = roots.re(k * q * step);
                 out[lane + W] = roots.im(k * q * step);
@@ -200,9 +201,11 @@ bool buildPasses(DftObject<T>& spec, int len, const Factors& factors) {
                                      spec.scaleForward != 0 ? spec.scale : T{1},
                                      spec.scaleInverse != 0 ? spec.scale : T{1}, roots);
                              });
-    return buildSchedule(spec, len, factors, scheduleOf<T>(factors),
-                         [](T*& table, int r, std::int64_t s, const Roots<T>& roots) {
-                             return buildJoinTwiddles(table, r, s, roots);
+    const Schedule schedule = scheduleOf<T>(factors);
+    const bool inSlots = isInSlots<T>(schedule.radix[0]);
+    return buildSchedule(spec, len, factors, schedule,
+                         [=](T*& table, int r, std::int64_t s, const Roots<T>& roots) {
+                             return buildJoinTwiddles(table, r, s, inSlots, roots);
                          });
 }
 

@@ -30,12 +30,20 @@ struct DoubleFft {
                          Zep8u* scratch);
 };
 
+// The radices of the passes of a length in the order they run; their count, -1 where a length
+// takes another route.
+struct DftRadices {
+    int (*single)(int len, int (&radices)[32]);
+    int (*wide)(int len, int (&radices)[32]);
+};
+
 }  // namespace zep::test
 
-#define ZEP_DECLARE(arg, slot, column, ...) \
-    namespace zep::column {                 \
-    extern const test::FftSteps fftSteps;   \
-    extern const test::DoubleFft doubleFft; \
+#define ZEP_DECLARE(arg, slot, column, ...)   \
+    namespace zep::column {                   \
+    extern const test::FftSteps fftSteps;     \
+    extern const test::DoubleFft doubleFft;   \
+    extern const test::DftRadices dftRadices; \
     }
 ZEP_COLUMNS(ZEP_DECLARE, )
 #undef ZEP_DECLARE
@@ -57,6 +65,15 @@ inline const DoubleFft& doubleFftOf(const Variant& v) {
 #undef ZEP_DOUBLE
     };
     return *kDoubles[v.slot];
+}
+
+inline const DftRadices& dftRadicesOf(const Variant& v) {
+    static constexpr const DftRadices* kRadices[] = {nullptr,
+#define ZEP_RADICES(arg, slot, column, ...) &code::column::dftRadices,
+                                                     ZEP_COLUMNS(ZEP_RADICES, )
+#undef ZEP_RADICES
+    };
+    return *kRadices[v.slot];
 }
 
 }  // namespace zep::test

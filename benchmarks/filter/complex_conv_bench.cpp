@@ -65,22 +65,8 @@ void addCorrelation(Lengths lengths, bool itself) {
             };
         });
     rows.peer("fftw-whole", [=] {
-        const auto block = std::make_shared<FftwBlock<Zep32fc>>(orderAtLeast(A + lags));
-        return [=](Zep32fc* y) {
-            const float factor = 1.0f / static_cast<float>(block->N);
-            if (itself) {
-                block->load(a, A);
-                block->autocorrelate();
-                for (int k = 0; k < lags; ++k) {
-                    const Zep32fc z = block->samples[std::size_t(k)];
-                    y[k] = {factor * z.re, factor * z.im};
-                }
-            } else {
-                block->keep(a, A, true);
-                block->load(b, A);
-                block->correlate();
-                std::copy_n(block->samples.begin(), lags, y);
-            }
+        return [=, correlate = fftwCorrelation(a, b, A, lags)](Zep32fc* y) {
+            correlate(y);
             benchmark::DoNotOptimize(d.get());
         };
     });

@@ -137,19 +137,8 @@ void addCorrelation(Pair lengths, bool itself) {
             return [=](Zep32f* y) { correlate(a, b, A, y, lags); };
         });
     rows.peer("fftw-whole", [=] {
-        const auto block = std::make_shared<FftwBlock<Zep32f>>(orderAtLeast(A + lags));
-        return [=](Zep32f* y) {
-            const float factor = 1.0f / static_cast<float>(block->N);
-            if (itself) {
-                block->load(a, A);
-                block->autocorrelate();
-                for (int k = 0; k < lags; ++k) y[k] = factor * block->samples[std::size_t(k)];
-            } else {
-                block->keep(a, A, true);
-                block->load(b, A);
-                block->correlate();
-                std::copy_n(block->samples.begin(), lags, y);
-            }
+        return [=, correlate = fftwCorrelation(a, b, A, lags)](Zep32f* y) {
+            correlate(y);
             benchmark::DoNotOptimize(d.get());
         };
     });

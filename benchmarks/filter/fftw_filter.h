@@ -111,6 +111,29 @@ private:
     AlignedArray<Bin> spectrum_, saved_;
 };
 
+inline float scaled(float x, float factor) { return factor * x; }
+inline Zep32fc scaled(Zep32fc x, float factor) { return {factor * x.re, factor * x.im}; }
+
+// Writes lags 0 .. lags-1 of n elements of a and of b, which may be the same array, to its argument.
+template <class T>
+auto fftwCorrelation(const T* a, const T* b, int n, int lags) {
+    const auto block = std::make_shared<FftwBlock<T>>(orderAtLeast(n + lags));
+    return [=](T* y) {
+        if (a == b) {
+            const float factor = 1.0f / static_cast<float>(block->N);
+            block->load(a, n);
+            block->autocorrelate();
+            for (int k = 0; k < lags; ++k)
+                y[k] = scaled(block->samples[static_cast<std::size_t>(k)], factor);
+        } else {
+            block->keep(a, n, true);
+            block->load(b, n);
+            block->correlate();
+            std::copy_n(block->samples.begin(), lags, y);
+        }
+    };
+}
+
 // y[i] = sum over j of taps[j] * x[i - j], x readable from taps-1 elements before on.
 template <class T>
 class FftwOverlapSave {

@@ -1,7 +1,6 @@
 // Set-up: which tables a length needs, and their release.
 #include <type_traits>
 
-#include "core/checks.h"
 #include "transform/dft_object.h"
 #include "transform/dft_odd.h"
 #include "transform/dft_real.h"
@@ -202,18 +201,17 @@ ZepStatus initAlloc(Spec** ppSpec, int len, int flag, int hint) {
 
 template <class Spec>
 ZepStatus release(Spec* pSpec) {
-    if (pSpec == nullptr) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
-        return zepStsContextMatchErr;
+    if (const ZepStatus s = fft::checkObject<SpecTraits<Spec>::kind>(pSpec); s != zepStsNoErr)
+        return s;
     releaseAll(pSpec);
     return zepStsNoErr;
 }
 
 template <class Spec>
 ZepStatus bufSize(const Spec* pSpec, int* pBufSize) {
-    if (anyNull(pSpec, pBufSize)) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
-        return zepStsContextMatchErr;
+    if (pBufSize == nullptr) return zepStsNullPtrErr;
+    if (const ZepStatus s = fft::checkObject<SpecTraits<Spec>::kind>(pSpec); s != zepStsNoErr)
+        return s;
     *pBufSize = pSpec->workSize;
     return zepStsNoErr;
 }

@@ -1,5 +1,4 @@
 // Drivers of the transforms of any length.
-#include "core/checks.h"
 #include "transform/dft_object.h"
 #include "transform/dft_odd.h"
 #include "transform/dft_plan.h"
@@ -33,10 +32,9 @@ namespace {
 template <Direction D, class Element, class Spec>
 inline ZepStatus transform(const Element* pSrc, Element* pDst, const Spec* pSpec, Zep8u* pBuffer) {
     using T = typename SpecTraits<Spec>::Scalar;
-    if (pSpec == nullptr) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
-        return zepStsContextMatchErr;
-    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    if (const ZepStatus s = fft::checkTransform<SpecTraits<Spec>::kind>(pSpec, pSrc, pDst);
+        s != zepStsNoErr)
+        return s;
     const bool scaled = (D == Direction::Forward ? pSpec->scaleForward : pSpec->scaleInverse) != 0;
     const T* src = reinterpret_cast<const T*>(pSrc);
     T* dst = reinterpret_cast<T*>(pDst);
@@ -141,9 +139,8 @@ ZepStatus zepsDFTFwd_CToC_64fc(const Zep64fc* pSrc, Zep64fc* pDst, const DFTSpec
 }
 ZepStatus zepsDFTFwd_RToPerm_32f(const Zep32f* pSrc, Zep32f* pDst, const DFTSpecR32f* pSpec,
                                  Zep8u* pBuffer) {
-    if (pSpec == nullptr) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(DftKind::Real)) return zepStsContextMatchErr;
-    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    if (const ZepStatus s = fft::checkTransform<DftKind::Real>(pSpec, pSrc, pDst); s != zepStsNoErr)
+        return s;
     return dft::transformReal(pSrc, pDst, *pSpec, pBuffer);
 }
 

@@ -1,5 +1,4 @@
 // Drivers of the complex transform.
-#include "core/checks.h"
 #include "transform/fft_driver.h"
 #include "transform/fft_tuning.h"
 

@@ -1,7 +1,6 @@
 // The driver of a complex transform: checks, scratch, route.
 #pragma once
 
-#include "core/checks.h"
 #include "transform/fft_routes.h"
 #include "transform/fft_scratch.h"
 
@@ -10,10 +9,9 @@ namespace zep::ZEP_VARIANT::fft {
 template <Direction D, class Element, class Spec>
 inline ZepStatus transform(const Element* pSrc, Element* pDst, const Spec* pSpec, Zep8u* pBuffer) {
     using T = typename SpecTraits<Spec>::Scalar;
-    if (pSpec == nullptr) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
-        return zepStsContextMatchErr;
-    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    if (const ZepStatus s = checkTransform<SpecTraits<Spec>::kind>(pSpec, pSrc, pDst);
+        s != zepStsNoErr)
+        return s;
     const Scratch scratch(pBuffer, pSpec->workSize);
     if (scratch.missing()) return zepStsMemAllocErr;
     const bool scaled = (D == Direction::Forward ? pSpec->scaleForward : pSpec->scaleInverse) != 0;

@@ -1,6 +1,5 @@
 // Driver of the real transform: N real samples are N/2 complex ones, and the fold separates the two
 // spectra. The shortest lengths have direct kernels.
-#include "core/checks.h"
 #include "transform/fft_passes.h"
 #include "transform/fft_routes.h"
 #include "transform/fft_scratch.h"
@@ -89,9 +88,8 @@ namespace zep::ZEP_VARIANT {
 
 ZepStatus zepsFFTFwd_RToPerm_32f(const Zep32f* pSrc, Zep32f* pDst, const FFTSpecR32f* pSpec,
                                  Zep8u* pBuffer) {
-    if (pSpec == nullptr) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(FftKind::Real)) return zepStsContextMatchErr;
-    if (anyNull(pSrc, pDst)) return zepStsNullPtrErr;
+    if (const ZepStatus s = fft::checkTransform<FftKind::Real>(pSpec, pSrc, pDst); s != zepStsNoErr)
+        return s;
     const int order = pSpec->order;
     const bool scaled = pSpec->scaleForward != 0;
     if (order < fft::kFirstFoldedOrder) {

@@ -6,7 +6,6 @@
 // one falling pointer do the sweep in place, and at k = h/2 both store the same value.
 #include "transform/fft_real_inverse.h"
 
-#include "core/checks.h"
 #include "transform/fft_passes.h"
 #include "transform/fft_routes.h"
 #include "transform/fft_scratch.h"
@@ -94,9 +93,8 @@ void inverseShort(const float* src, float* dst, int order, float scale) {
 }  // namespace
 
 ZepStatus FFTInvPermToR(const Zep32f* src, Zep32f* dst, const FFTSpecR32f* spec, Zep8u* buffer) {
-    if (spec == nullptr) return zepStsNullPtrErr;
-    if (spec->magic != static_cast<std::int32_t>(FftKind::Real)) return zepStsContextMatchErr;
-    if (anyNull(src, dst)) return zepStsNullPtrErr;
+    if (const ZepStatus s = checkTransform<FftKind::Real>(spec, src, dst); s != zepStsNoErr)
+        return s;
     const int order = spec->order;
     const bool scaled = spec->scaleInverse != 0;
     if (order < kFirstFoldedOrder) {

@@ -162,9 +162,7 @@ ZepStatus initAlloc(Spec** ppSpec, int order, int flag, int hint) {
 
 template <class Spec>
 ZepStatus release(Spec* pSpec) {
-    if (pSpec == nullptr) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
-        return zepStsContextMatchErr;
+    if (const ZepStatus s = checkObject<SpecTraits<Spec>::kind>(pSpec); s != zepStsNoErr) return s;
     pSpec->magic = 0;
     // The allocator's blocks begin on 32-byte boundaries, so the object begins where its block
     // does.
@@ -174,9 +172,8 @@ ZepStatus release(Spec* pSpec) {
 
 template <class Spec>
 ZepStatus bufSize(const Spec* pSpec, int* pBufSize) {
-    if (anyNull(pSpec, pBufSize)) return zepStsNullPtrErr;
-    if (pSpec->magic != static_cast<std::int32_t>(SpecTraits<Spec>::kind))
-        return zepStsContextMatchErr;
+    if (pBufSize == nullptr) return zepStsNullPtrErr;
+    if (const ZepStatus s = checkObject<SpecTraits<Spec>::kind>(pSpec); s != zepStsNoErr) return s;
     constexpr int kSlack = static_cast<int>(kObjectAlignment);
     *pBufSize = pSpec->workSize > 0 ? pSpec->workSize + kSlack : 0;
     return zepStsNoErr;

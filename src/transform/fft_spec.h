@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/checks.h"
 #include "core/variant_exports.h"
 
 namespace zep {
@@ -85,6 +86,18 @@ template <class Spec>
 ZepStatus release(Spec* pSpec);
 template <class Spec>
 ZepStatus bufSize(const Spec* pSpec, int* pBufSize);
+
+// Of an object that a function of its kind is given: what it is comes before all other arguments.
+template <auto kind, class Spec>
+[[nodiscard]] inline ZepStatus checkObject(const Spec* spec) {
+    if (spec == nullptr) return zepStsNullPtrErr;
+    return spec->magic == static_cast<std::int32_t>(kind) ? zepStsNoErr : zepStsContextMatchErr;
+}
+template <auto kind, class Spec>
+[[nodiscard]] inline ZepStatus checkTransform(const Spec* spec, const void* src, const void* dst) {
+    if (const ZepStatus s = checkObject<kind>(spec); s != zepStsNoErr) return s;
+    return anyNull(src, dst) ? zepStsNullPtrErr : zepStsNoErr;
+}
 
 template <class P>
 inline P* alignUp(P* p, std::size_t alignment = kObjectAlignment) {

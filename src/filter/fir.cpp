@@ -82,19 +82,18 @@ private:
 
     // The first block begins with the history, the last may not be whole; what is between them is
     // read and written in place. There, where it costs few results, each block gives so many that
-    // all stores are on vectors of the destination.
+    // all stores are on vectors of a destination that begins on one. Where the arrays stand decides
+    // nothing, so that it changes no bit of the results.
     struct Blocks {
         std::int64_t first, step;
         std::int64_t count;  // of those between
         std::int64_t last;   // results
     };
-    Blocks divide(const T* dst, std::int64_t count) const {
+    Blocks divide(std::int64_t count) const {
         constexpr std::int64_t kVector = simd::Native<float>::bytes / sizeof(T);
         Blocks b{step(), step(), 0, 0};
-        const auto address = reinterpret_cast<std::uintptr_t>(dst);
-        if (count > 2 * step() && step() % kVector * 16 < step() && address % sizeof(T) == 0) {
-            const auto lead = static_cast<std::int64_t>(address / sizeof(T));
-            const std::int64_t first = step() - (lead + step() - before()) % kVector;
+        if (count > 2 * step() && step() % kVector * 16 < step()) {
+            const std::int64_t first = step() - (step() - before()) % kVector;
             // All history of the next block is in the source.
             if (first >= before()) b = {first, step() - step() % kVector, 0, 0};
         }
@@ -106,7 +105,7 @@ private:
     }
 
     ZepStatus byConvolver(const Zep32fc* src, Zep32fc* dst, std::int64_t count) const {
-        const Blocks b = divide(dst, count);
+        const Blocks b = divide(count);
         const auto convolve = [&](const Zep32fc* x, Zep32fc* y, std::int64_t blocks) {
             fft::convolve(*convolver_, reinterpret_cast<const float*>(x),
                           reinterpret_cast<float*>(y), before(), b.step, blocks);
@@ -124,7 +123,7 @@ private:
     // Two blocks at a time, the first half of them beside the second; of those that are left over two
     // more; the transform of real samples alone does a single one at less cost.
     ZepStatus byConvolver(const Zep32f* src, Zep32f* dst, std::int64_t count) const {
-        const Blocks b = divide(dst, count);
+        const Blocks b = divide(count);
         const std::int64_t half = b.count / 2, left = b.count - 2 * half;
         const auto pair = [&](const Zep32f* x1, const Zep32f* x2, Zep32f* y1, Zep32f* y2,
                               std::int64_t blocks) {

@@ -1,4 +1,6 @@
 // Overlap-save: blocks of every length, whole and not, at every place of source and destination.
+#include <cstring>
+
 #include "filter/fir_support.h"
 
 namespace zep::test {
@@ -65,6 +67,25 @@ public:
         }
     }
 
+    // Nor do places change a bit.
+    static void bits() {
+        for (const int L : {64, 90, 128}) {
+            const int n = 5 * (blockLength(L) - L + 1) + 7;
+            const std::size_t bytes = static_cast<std::size_t>(n) * sizeof(T);
+            const Stream<T> s(L, n, true);
+            std::vector<T> first(static_cast<std::size_t>(n));
+            for (int place = 0; place < 64; place += 4) {
+                const State<T> state(s.taps, s.past());
+                const Guarded<T> src(s.x, Edge::Back, place % 3 * 4);
+                GuardedBuffer<T> dst(n, Edge::Back, place);
+                ASSERT_EQ(Of::filter(src.data(), dst.data(), n, state), zepStsNoErr);
+                const void* y = dst.data();
+                if (place == 0) std::memcpy(first.data(), y, bytes);
+                ASSERT_EQ(std::memcmp(first.data(), y, bytes), 0) << L << " taps, " << place;
+            }
+        }
+    }
+
     // Transforms of several passes, and those beyond the caches.
     static void lengths() {
         for (const int L : {1000, 1023, 1024, 2047, 2048, 4095, 4096, 9000, 33000}) {
@@ -119,6 +140,8 @@ TEST_P(RealBlocks, OfEveryCount) { Blocks<Zep32f>::counts(); }
 TEST_P(ComplexBlocks, OfEveryCount) { Blocks<Zep32fc>::counts(); }
 TEST_P(RealBlocks, AtEveryPlace) { Blocks<Zep32f>::places(); }
 TEST_P(ComplexBlocks, AtEveryPlace) { Blocks<Zep32fc>::places(); }
+TEST_P(RealBlocks, GiveTheSameBitsAtEveryPlace) { Blocks<Zep32f>::bits(); }
+TEST_P(ComplexBlocks, GiveTheSameBitsAtEveryPlace) { Blocks<Zep32fc>::bits(); }
 TEST_P(RealBlocks, OfEveryLength) { Blocks<Zep32f>::lengths(); }
 TEST_P(ComplexBlocks, OfEveryLength) { Blocks<Zep32fc>::lengths(); }
 TEST_P(RealBlocks, ChangeFromCallToCall) { Blocks<Zep32f>::cuts(); }

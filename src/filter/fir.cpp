@@ -13,7 +13,7 @@ using filter::TransformOf;
 
 template <class T>
 void copy(T* to, const T* from, std::int64_t n) {
-    constexpr std::int64_t kParts = sizeof(T) / sizeof(float);
+    constexpr std::int64_t kParts = std::int64_t{sizeof(T)} / std::int64_t{sizeof(float)};
     filter::copyFew(reinterpret_cast<float*>(to), reinterpret_cast<const float*>(from), kParts * n);
 }
 

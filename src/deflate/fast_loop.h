@@ -30,9 +30,9 @@ inline constexpr unsigned kStepBytes = 32;
 // Two short steps, the second one written in full. A long match looks after itself.
 inline constexpr std::ptrdiff_t kFastOutput = 3 * kStepBytes;
 
-// Source of literals and, readable but of no account, of steps that decode a match length.
+// Source of literals and, of no account, of steps that decode a match length.
 struct LiteralBytes {
-    Zep8u bytes[kMaxMatch + 1 + kStepBytes];
+    Zep8u bytes[256 + kStepBytes];
 };
 constexpr LiteralBytes makeLiteralBytes() {
     LiteralBytes t{};
@@ -113,7 +113,8 @@ private:
         const std::size_t value = std::size_t{e >> 16} + std::size_t{own >> ((e >> 8) & 31)};
         const std::size_t advance = length_ + e / kLiteral;
 
-        const std::uintptr_t literal = literals_ + value;
+        // Of a length the lowest byte too, so that it reads from the array.
+        const std::uintptr_t literal = literals_ + static_cast<Zep8u>(value);
         std::uintptr_t back = address(dst_) - value;
         bool straddles = false;
         if constexpr (kHistory) {
@@ -162,7 +163,7 @@ private:
     Stop stop_ = Stop::none;
     std::uintptr_t begin_;  // of the output
     std::uintptr_t window_;
-    std::uintptr_t literals_ = address(kLiteralBytes.bytes) - (kLiteral >> 16);
+    std::uintptr_t literals_ = address(kLiteralBytes.bytes);
     std::uintptr_t windowOffset_;  // address in the output -> index in the window
     Output& out_;
     ZepLZ77State& state_;

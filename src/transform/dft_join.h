@@ -26,14 +26,14 @@ struct ToParts {
     }
 };
 
-// The last one: pairs, multiplied by the scale. kSlots: the lanes are in slot order, so that one
-// shuffle makes a vector.
+// The last one: pairs, multiplied by the scale; its columns fill a vector. kSlots: the lanes are in
+// slot order, so that one shuffle makes a vector.
 template <Direction D, class T, bool kSlots = false>
 struct ToPairs {
     static constexpr Direction direction = D;
     using V = Real<T>;
     T* out;
-    T scale = 1;
+    T scale;
 
     [[gnu::always_inline]] T* at(std::ptrdiff_t n) const { return out + 2 * n; }
     static constexpr int kStep = 2;
@@ -51,13 +51,6 @@ struct ToPairs {
             interleaveFront(x.re, x.im).store(p);
             interleaveBack(x.re, x.im).store(p + V::lanes);
         }
-    }
-    [[gnu::always_inline]] void storePartial(simd::SplitComplex<V> x, T* p, int count) const {
-        constexpr int W = V::lanes;
-        const V front = interleaveFront(x.re, x.im);
-        if (2 * count <= W) return front.storePartial(p, 2 * count);
-        front.store(p);
-        interleaveBack(x.re, x.im).storePartial(p + W, 2 * count - W);
     }
 };
 
